@@ -1,0 +1,80 @@
+// Connection: one open data file (or parameter, feed or template database)
+// speaking the dialect the system's statements are written in.
+//
+// open() opens an SQLite file in WAL mode with a busy timeout, so several
+// processes can work on one file; committed writes are seen by the others.
+// execute() translates one statement (see Dialect.h), runs it, and returns
+// its rows. Statements that the dialect turns into several SQLite steps
+// (SELECT INTO, IN "<file>") run inside one transaction: they happen whole
+// or not at all. Failures throw StoreError naming the statement.
+//
+// Not thread-safe: one connection per thread, as the program has one thread.
+#pragma once
+
+#include "seams/store/Recordset.h"
+#include "seams/store/StoreError.h"
+
+#include <QString>
+#include <memory>
+
+struct sqlite3;
+
+namespace pelkor::store {
+
+class Connection {
+public:
+    enum class OpenMode { ReadWrite, ReadWriteCreate, ReadOnly };
+
+    Connection();
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    Connection(Connection&&) noexcept;
+    Connection& operator=(Connection&&) noexcept;
+
+    // Opens path. ReadWrite (the default) refuses a file that does not exist
+    // and a file that is not a database: both throw StoreError(Open) naming
+    // the path. Opening an open connection closes it first.
+    void open(const QString& path, OpenMode mode = OpenMode::ReadWrite);
+    void close();
+    bool isOpen() const;
+    const QString& path() const;
+
+    // Runs one statement of the dialect. Throws StoreError on failure.
+    Recordset execute(const QString& sql);
+    // Runs plain SQLite text (several statements allowed) without
+    // translation: for schema scripts and test fixtures that must write what
+    // the dialect refuses (damaged rows). Throws StoreError on failure.
+    void executeRaw(const QString& sqliteScript);
+
+    // Explicit transactions for operations of several statements.
+    void begin();
+    void commit();
+    void rollback();
+
+    // The declared type of a column, upper case ("DOUBLE", "DATE", ...), or
+    // empty when the table or column does not exist. Case-insensitive.
+    QString columnType(const QString& table, const QString& column);
+    bool tableExists(const QString& table);
+
+    sqlite3* handle() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> d;
+};
+
+// Begins on construction, rolls back on destruction unless committed.
+class Transaction {
+public:
+    explicit Transaction(Connection& c) : c_(c) { c_.begin(); }
+    ~Transaction() { if (!done_) { try { c_.rollback(); } catch (...) {} } }
+    void commit() { c_.commit(); done_ = true; }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+private:
+    Connection& c_;
+    bool done_ = false;
+};
+
+} // namespace pelkor::store
