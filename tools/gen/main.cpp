@@ -1,0 +1,45 @@
+// pelkor-gen: writes a realistic data file for trials, demos and benchmarks.
+//
+//   pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S]
+//
+// The file is replaced if it exists. See file/LedgerGenerator.h for what a
+// generated ledger holds.
+#include "file/LedgerGenerator.h"
+#include "seams/store/StoreError.h"
+
+#include <QCoreApplication>
+#include <cstdio>
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList a = app.arguments();
+    if (a.size() < 2 || a[1].startsWith(QLatin1Char('-'))) {
+        std::fprintf(stderr, "usage: pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S]\n");
+        return 2;
+    }
+    pelkor::generator::GeneratorOptions o;
+    for (int i = 2; i + 1 < a.size(); i += 2) {
+        bool ok = false;
+        const long v = a[i + 1].toLong(&ok);
+        if (!ok || v < 0) {
+            std::fprintf(stderr, "pelkor-gen: %s is not a number\n", a[i + 1].toUtf8().constData());
+            return 2;
+        }
+        if (a[i] == QLatin1String("--lines")) o.lines = v;
+        else if (a[i] == QLatin1String("--years")) o.years = int(std::max(1L, v));
+        else if (a[i] == QLatin1String("--damaged")) o.damagedRows = int(v);
+        else if (a[i] == QLatin1String("--seed")) o.seed = unsigned(v);
+        else {
+            std::fprintf(stderr, "pelkor-gen: unknown option %s\n", a[i].toUtf8().constData());
+            return 2;
+        }
+    }
+    try {
+        pelkor::generator::generateLedger(a[1], o);
+    } catch (const pelkor::store::StoreError& e) {
+        std::fprintf(stderr, "pelkor-gen: %s\n", e.what());
+        return 1;
+    }
+    return 0;
+}
