@@ -1,0 +1,585 @@
+#include "seams/store/Connection.h"
+
+#include "seams/store/Dialect.h"
+#include "seams/store/JetFunctions.h"
+#include "seams/store/TextForms.h"
+
+#include <QFileInfo>
+#include <sqlite3.h>
+
+#include <cmath>
+#include <cstring>
+
+namespace pelkor::store {
+
+namespace {
+
+// Another process (a new-line instance, a second window) may hold the file
+// in a short write transaction; waiting up to five seconds lets such a
+// writer finish instead of failing at once, while a file that stays locked
+// still surfaces as an error rather than a hang.
+constexpr int busyTimeoutMs = 5000;
+
+QString engineMessage(sqlite3* db)
+{
+    return db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
+}
+
+[[noreturn]] void fail(StoreError::Kind kind, sqlite3* db, const QString& subject)
+{
+    throw StoreError(kind, engineMessage(db), subject);
+}
+
+class Stmt {
+public:
+    Stmt(sqlite3* db, const QString& sql, const QString& subject)
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        if (sqlite3_prepare_v2(db, utf8.constData(), int(utf8.size()), &st_, nullptr) != SQLITE_OK) {
+            sqlite3_finalize(st_);
+            st_ = nullptr;
+            fail(StoreError::Kind::Statement, db, subject);
+        }
+        if (!st_)
+            throw StoreError(StoreError::Kind::Statement, QStringLiteral("Empty statement"), subject);
+    }
+    ~Stmt() { sqlite3_finalize(st_); }
+    Stmt(const Stmt&) = delete;
+    Stmt& operator=(const Stmt&) = delete;
+    sqlite3_stmt* get() const { return st_; }
+    operator sqlite3_stmt*() const { return st_; }
+
+private:
+    sqlite3_stmt* st_ = nullptr;
+};
+
+// Runs one statement that returns nothing useful.
+void run(sqlite3* db, const char* sql, const QString& subject)
+{
+    char* err = nullptr;
+    if (sqlite3_exec(db, sql, nullptr, nullptr, &err) != SQLITE_OK) {
+        const QString msg = err ? QString::fromUtf8(err) : engineMessage(db);
+        sqlite3_free(err);
+        throw StoreError(StoreError::Kind::Statement, msg, subject);
+    }
+}
+
+QString quoteName(const QString& name)
+{
+    QString q = name;
+    q.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + q + QLatin1Char('"');
+}
+
+enum class ColumnClass { Text, Whole, Number, Date, Untyped };
+
+// How the old engine's declared types map onto a conversion of text.
+ColumnClass classify(const QString& declared)
+{
+    const QString t = declared.toUpper();
+    if (t.isEmpty())
+        return ColumnClass::Untyped;
+    if (t.contains(QLatin1String("DATE")) || t.contains(QLatin1String("TIME")))
+        return ColumnClass::Date;
+    if (t.contains(QLatin1String("CHAR")) || t.contains(QLatin1String("TEXT")) || t.contains(QLatin1String("CLOB"))
+        || t.contains(QLatin1String("MEMO")))
+        return ColumnClass::Text;
+    if (t.contains(QLatin1String("INT")) || t.contains(QLatin1String("LONG")) || t.contains(QLatin1String("BYTE"))
+        || t.contains(QLatin1String("BIT")) || t.contains(QLatin1String("BOOL")) || t.contains(QLatin1String("YESNO"))
+        || t.contains(QLatin1String("COUNTER")))
+        return ColumnClass::Whole;
+    if (t.contains(QLatin1String("REAL")) || t.contains(QLatin1String("FLOA")) || t.contains(QLatin1String("DOUB"))
+        || t.contains(QLatin1String("NUM")) || t.contains(QLatin1String("DEC")) || t.contains(QLatin1String("CURRENCY"))
+        || t.contains(QLatin1String("MONEY")) || t.contains(QLatin1String("SINGLE")))
+        return ColumnClass::Number;
+    return ColumnClass::Text;
+}
+
+struct ColumnInfo {
+    QString name;
+    QString type;
+};
+
+std::vector<ColumnInfo> tableColumns(sqlite3* db, const QString& schema, const QString& table, const QString& subject)
+{
+    Stmt st(db, QStringLiteral("SELECT name, type FROM pragma_table_info(?1, ?2)"), subject);
+    const QByteArray t = table.toUtf8();
+    const QByteArray s = schema.toUtf8();
+    sqlite3_bind_text(st, 1, t.constData(), int(t.size()), SQLITE_STATIC);
+    sqlite3_bind_text(st, 2, s.constData(), int(s.size()), SQLITE_STATIC);
+    std::vector<ColumnInfo> cols;
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        cols.push_back({QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))),
+                        QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1))).toUpper()});
+    }
+    if (rc != SQLITE_DONE)
+        fail(StoreError::Kind::Statement, db, subject);
+    return cols;
+}
+
+// Binds each quoted text assigned to a column, converted by the column's
+// declared type as the old engine converted it.
+void bindAssigned(sqlite3* db, sqlite3_stmt* st, const Translation& tr, const QString& statement)
+{
+    if (tr.assigned.empty())
+        return;
+    const QString schema = tr.attachFile.isEmpty() ? QStringLiteral("main") : QString::fromLatin1(attachedSchema);
+    const std::vector<ColumnInfo> cols = tableColumns(db, schema, tr.target, statement);
+    for (size_t i = 0; i < tr.assigned.size(); ++i) {
+        const Translation::Assigned& a = tr.assigned[i];
+        const int slot = int(i) + 1;
+        QString type;
+        QString column = a.column;
+        if (a.position >= 0) {
+            if (size_t(a.position) < cols.size()) {
+                type = cols[size_t(a.position)].type;
+                column = cols[size_t(a.position)].name;
+            }
+        } else {
+            for (const ColumnInfo& c : cols)
+                if (c.name.compare(a.column, Qt::CaseInsensitive) == 0)
+                    type = c.type;
+        }
+        const ColumnClass cls = classify(type);
+        auto refuse = [&](const char* what) {
+            throw StoreError(StoreError::Kind::Conversion,
+                             QStringLiteral("Data type mismatch: '%1' is no %2 for column %3")
+                                 .arg(a.text, QLatin1String(what), column),
+                             statement);
+        };
+        switch (cls) {
+        case ColumnClass::Whole:
+        case ColumnClass::Number: {
+            double v = 0;
+            if (!text::parseNumber(a.text, v))
+                refuse("number");
+            if (cls == ColumnClass::Whole) {
+                const double r = std::nearbyint(v);
+                if (!(std::fabs(r) < 9.2e18))
+                    refuse("whole number in range");
+                sqlite3_bind_int64(st, slot, sqlite3_int64(r));
+            } else {
+                sqlite3_bind_double(st, slot, v);
+            }
+            break;
+        }
+        case ColumnClass::Date: {
+            QDate d;
+            if (!text::parseDate(a.text, d))
+                refuse("date");
+            const QByteArray iso = text::isoDate(d).toUtf8();
+            sqlite3_bind_text(st, slot, iso.constData(), int(iso.size()), SQLITE_TRANSIENT);
+            break;
+        }
+        case ColumnClass::Text:
+        case ColumnClass::Untyped: {
+            const QByteArray utf8 = a.text.toUtf8();
+            sqlite3_bind_text(st, slot, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+            break;
+        }
+        }
+    }
+    (void)db;
+}
+
+// Repeated texts of a column (kinds, markers, colour words, details) share
+// one QString: a small direct-mapped cache per column, keyed by the bytes.
+class TextCache {
+public:
+    QString get(const char* p, int n)
+    {
+        if (n > maxKey)
+            return QString::fromUtf8(p, n);
+        std::uint32_t h = 2166136261u;
+        for (int i = 0; i < n; ++i)
+            h = (h ^ static_cast<unsigned char>(p[i])) * 16777619u;
+        Entry& e = slots_[h & (slotCount - 1)];
+        if (e.n == n && std::memcmp(e.key, p, size_t(n)) == 0)
+            return e.value;
+        e.n = n;
+        std::memcpy(e.key, p, size_t(n));
+        e.value = QString::fromUtf8(p, n);
+        return e.value;
+    }
+
+private:
+    static constexpr int maxKey = 64;
+    static constexpr int slotCount = 128;
+    struct Entry {
+        int n = -1;
+        char key[maxKey];
+        QString value;
+    };
+    Entry slots_[slotCount];
+};
+
+enum class CellKind { Plain, Date, Expression };
+
+Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
+{
+    const int n = sqlite3_column_count(st);
+    if (n == 0) {
+        int rc;
+        while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        }
+        if (rc != SQLITE_DONE)
+            fail(StoreError::Kind::Statement, db, statement);
+        return Recordset({}, {}, long(sqlite3_changes(db)));
+    }
+
+    QStringList names;
+    std::vector<CellKind> kinds(size_t(n), CellKind::Plain);
+    for (int c = 0; c < n; ++c) {
+        names << QString::fromUtf8(sqlite3_column_name(st, c));
+        const char* decl = sqlite3_column_decltype(st, c);
+        if (!decl)
+            kinds[size_t(c)] = CellKind::Expression;
+        else if (classify(QString::fromUtf8(decl)) == ColumnClass::Date)
+            kinds[size_t(c)] = CellKind::Date;
+    }
+    // A name given twice (a join's key on both sides) is held as
+    // "table.column" so that each can be asked for.
+    for (int c = 0; c < n; ++c) {
+        if (names.count(names[c]) > 1 || [&] {
+                for (int o = 0; o < n; ++o)
+                    if (o != c && names[o].compare(names[c], Qt::CaseInsensitive) == 0)
+                        return true;
+                return false;
+            }()) {
+            if (const char* table = sqlite3_column_table_name(st, c))
+                names[c] = QString::fromUtf8(table) + QLatin1Char('.') + names[c];
+        }
+    }
+
+    std::vector<TextCache> caches(static_cast<size_t>(n));
+    std::vector<Value> cells;
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        if (cells.capacity() == cells.size())
+            cells.reserve(std::max<size_t>(size_t(n) * 256, cells.size() * 2));
+        for (int c = 0; c < n; ++c) {
+            switch (sqlite3_column_type(st, c)) {
+            case SQLITE_NULL:
+                cells.emplace_back();
+                break;
+            case SQLITE_INTEGER:
+                cells.push_back(Value::integer(sqlite3_column_int64(st, c)));
+                break;
+            case SQLITE_FLOAT:
+                cells.push_back(Value::real(sqlite3_column_double(st, c)));
+                break;
+            case SQLITE_TEXT: {
+                const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, c));
+                const int len = sqlite3_column_bytes(st, c);
+                int y, m, d;
+                // A date column's stored form is a date; anything else there
+                // is a damaged row and stays text. A computed column (min of
+                // a date) is a date when it has exactly the stored form.
+                if (kinds[size_t(c)] != CellKind::Plain && text::parseIsoDate(p, p + len, y, m, d)
+                    && (kinds[size_t(c)] == CellKind::Date || len == 10))
+                    cells.push_back(Value::date(QDate(y, m, d)));
+                else
+                    cells.push_back(Value::text(caches[size_t(c)].get(p, len)));
+                break;
+            }
+            default: {
+                const auto* p = static_cast<const char*>(sqlite3_column_blob(st, c));
+                cells.push_back(Value::text(QString::fromUtf8(p, sqlite3_column_bytes(st, c))));
+                break;
+            }
+            }
+        }
+    }
+    if (rc != SQLITE_DONE)
+        fail(StoreError::Kind::Statement, db, statement);
+    return Recordset(std::move(names), std::move(cells), 0);
+}
+
+// IN "<file>": the file is attached for one statement and detached after.
+class Attachment {
+public:
+    Attachment(sqlite3* db, const QString& file, const QString& statement) : db_(db)
+    {
+        if (file.isEmpty())
+            return;
+        if (!QFileInfo(file).isFile())
+            throw StoreError(StoreError::Kind::Open, QStringLiteral("Could not find file '%1'").arg(file), statement);
+        Stmt st(db, QStringLiteral("ATTACH DATABASE ?1 AS ") + QLatin1String(attachedSchema), statement);
+        const QByteArray path = file.toUtf8();
+        sqlite3_bind_text(st, 1, path.constData(), int(path.size()), SQLITE_STATIC);
+        if (sqlite3_step(st) != SQLITE_DONE)
+            fail(StoreError::Kind::Statement, db, statement);
+        attached_ = true;
+    }
+    ~Attachment()
+    {
+        if (attached_)
+            sqlite3_exec(db_, (QByteArray("DETACH DATABASE ") + attachedSchema).constData(), nullptr, nullptr, nullptr);
+    }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+private:
+    sqlite3* db_;
+    bool attached_ = false;
+};
+
+// A savepoint: a transaction of its own, or a nested one inside begin().
+class Savepoint {
+public:
+    Savepoint(sqlite3* db, const QString& statement) : db_(db) { run(db, "SAVEPOINT pk_step", statement); }
+    ~Savepoint()
+    {
+        if (!done_) {
+            sqlite3_exec(db_, "ROLLBACK TO pk_step", nullptr, nullptr, nullptr);
+            sqlite3_exec(db_, "RELEASE pk_step", nullptr, nullptr, nullptr);
+        }
+    }
+    void release(const QString& statement)
+    {
+        run(db_, "RELEASE pk_step", statement);
+        done_ = true;
+    }
+    Savepoint(const Savepoint&) = delete;
+    Savepoint& operator=(const Savepoint&) = delete;
+
+private:
+    sqlite3* db_;
+    bool done_ = false;
+};
+
+bool isWholeType(const char* decl)
+{
+    return decl && classify(QString::fromUtf8(decl)) == ColumnClass::Whole;
+}
+
+// SELECT cols INTO t FROM ...: t gets the source's columns with their
+// declared types; a column that is the integer key of its table stays the
+// key of the copy, so inserts into the copy number themselves. A derived
+// source (a UNION of several files' lines) may repeat ids and gets no key.
+long selectInto(sqlite3* db, const Translation& tr, const QString& statement)
+{
+    const QString schema = tr.attachFile.isEmpty() ? QStringLiteral("main") : QString::fromLatin1(attachedSchema);
+    const QString target = quoteName(schema) + QLatin1Char('.') + quoteName(tr.target);
+    QString create;
+    {
+        Stmt src(db, tr.sql, statement);
+        const int n = sqlite3_column_count(src);
+        QStringList defs;
+        QStringList used;
+        bool keyTaken = false;
+        for (int c = 0; c < n; ++c) {
+            QString name = QString::fromUtf8(sqlite3_column_name(src, c));
+            const QString base = name;
+            for (int k = 1; used.contains(name, Qt::CaseInsensitive); ++k)
+                name = base + QString::number(k);
+            used << name;
+            const char* decl = sqlite3_column_decltype(src, c);
+            QString def = quoteName(name);
+            if (decl && *decl)
+                def += QLatin1Char(' ') + QString::fromUtf8(decl);
+            const char* originDb = sqlite3_column_database_name(src, c);
+            const char* originTable = sqlite3_column_table_name(src, c);
+            const char* originColumn = sqlite3_column_origin_name(src, c);
+            int primary = 0;
+            if (!keyTaken && !tr.derivedSource && originDb && originTable && originColumn && isWholeType(decl)) {
+                int notNull = 0, autoinc = 0;
+                sqlite3_table_column_metadata(db, originDb, originTable, originColumn, nullptr, nullptr, &notNull,
+                                              &primary, &autoinc);
+                // Only a lone integer key is the rowid; a key of several
+                // columns is not copied.
+                if (primary) {
+                    int keys = 0;
+                    Stmt pk(db, QStringLiteral("SELECT count(*) FROM pragma_table_info(?1, ?2) WHERE pk > 0"),
+                            statement);
+                    sqlite3_bind_text(pk, 1, originTable, -1, SQLITE_STATIC);
+                    sqlite3_bind_text(pk, 2, originDb, -1, SQLITE_STATIC);
+                    if (sqlite3_step(pk) == SQLITE_ROW)
+                        keys = sqlite3_column_int(pk, 0);
+                    primary = keys == 1;
+                }
+            }
+            if (primary) {
+                def = quoteName(name) + QStringLiteral(" INTEGER PRIMARY KEY");
+                keyTaken = true;
+            }
+            defs << def;
+        }
+        if (n == 0)
+            throw StoreError(StoreError::Kind::Statement, QStringLiteral("SELECT INTO needs columns"), statement);
+        create = QStringLiteral("CREATE TABLE ") + target + QStringLiteral(" (") + defs.join(QStringLiteral(", "))
+            + QLatin1Char(')');
+    }
+    Savepoint sp(db, statement);
+    run(db, create.toUtf8().constData(), statement);
+    Stmt copy(db, QStringLiteral("INSERT INTO ") + target + QLatin1Char(' ') + tr.sql, statement);
+    if (sqlite3_step(copy) != SQLITE_DONE)
+        fail(StoreError::Kind::Statement, db, statement);
+    const long copied = long(sqlite3_changes(db));
+    sp.release(statement);
+    return copied;
+}
+
+} // namespace
+
+struct Connection::Impl {
+    sqlite3* db = nullptr;
+    QString path;
+    OpenMode mode = OpenMode::ReadWrite;
+};
+
+Connection::Connection() : d(std::make_unique<Impl>()) {}
+Connection::~Connection() { close(); }
+Connection::Connection(Connection&&) noexcept = default;
+Connection& Connection::operator=(Connection&& o) noexcept
+{
+    if (this != &o) {
+        close();
+        d = std::move(o.d);
+        o.d = std::make_unique<Impl>();
+    }
+    return *this;
+}
+
+void Connection::open(const QString& path, OpenMode mode)
+{
+    close();
+    const QFileInfo info(path);
+    if (mode != OpenMode::ReadWriteCreate && !info.isFile())
+        throw StoreError(StoreError::Kind::Open, QStringLiteral("Could not find file '%1'").arg(path), path);
+    if (mode == OpenMode::ReadWrite && !info.isWritable())
+        throw StoreError(StoreError::Kind::Open,
+                         QStringLiteral("The file '%1' is read-only; it cannot be opened for writing").arg(path), path);
+
+    int flags = SQLITE_OPEN_NOMUTEX;
+    switch (mode) {
+    case OpenMode::ReadWrite: flags |= SQLITE_OPEN_READWRITE; break;
+    case OpenMode::ReadWriteCreate: flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE; break;
+    case OpenMode::ReadOnly: flags |= SQLITE_OPEN_READONLY; break;
+    }
+    sqlite3* db = nullptr;
+    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db, flags, nullptr);
+    auto refuse = [&](const QString& why) {
+        sqlite3_close_v2(db);
+        throw StoreError(StoreError::Kind::Open, why, path);
+    };
+    if (rc != SQLITE_OK)
+        refuse(QStringLiteral("Cannot open '%1': %2").arg(path, engineMessage(db)));
+    sqlite3_extended_result_codes(db, 1);
+    sqlite3_busy_timeout(db, busyTimeoutMs);
+    if (mode != OpenMode::ReadOnly && sqlite3_db_readonly(db, "main") == 1)
+        refuse(QStringLiteral("The file '%1' is read-only; it cannot be opened for writing").arg(path));
+
+    // A cheap read of the schema tells a database from any other file.
+    {
+        sqlite3_stmt* st = nullptr;
+        int prc = sqlite3_prepare_v2(db, "SELECT count(*) FROM sqlite_master", -1, &st, nullptr);
+        if (prc == SQLITE_OK)
+            prc = sqlite3_step(st);
+        sqlite3_finalize(st);
+        if ((prc & 0xff) == SQLITE_NOTADB)
+            refuse(QStringLiteral("The file '%1' is not a database").arg(path));
+        if ((prc & 0xff) == SQLITE_BUSY || (prc & 0xff) == SQLITE_LOCKED)
+            refuse(QStringLiteral("The file '%1' is locked by another user").arg(path));
+        if (prc != SQLITE_ROW)
+            refuse(QStringLiteral("Cannot read '%1': %2").arg(path, engineMessage(db)));
+    }
+    if (mode != OpenMode::ReadOnly) {
+        sqlite3_stmt* st = nullptr;
+        int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=WAL", -1, &st, nullptr);
+        if (prc == SQLITE_OK)
+            prc = sqlite3_step(st);
+        sqlite3_finalize(st);
+        if ((prc & 0xff) == SQLITE_BUSY || (prc & 0xff) == SQLITE_LOCKED)
+            refuse(QStringLiteral("The file '%1' is locked by another user").arg(path));
+        if (prc != SQLITE_ROW)
+            refuse(QStringLiteral("Cannot open '%1' for writing: %2").arg(path, engineMessage(db)));
+    }
+    if (registerJetFunctions(db) != SQLITE_OK)
+        refuse(QStringLiteral("Cannot prepare '%1': %2").arg(path, engineMessage(db)));
+    d->db = db;
+    d->path = path;
+    d->mode = mode;
+}
+
+void Connection::close()
+{
+    if (d && d->db) {
+        sqlite3_close_v2(d->db);
+        d->db = nullptr;
+    }
+}
+
+bool Connection::isOpen() const { return d && d->db; }
+
+const QString& Connection::path() const { return d->path; }
+
+sqlite3* Connection::handle() const { return d ? d->db : nullptr; }
+
+Recordset Connection::execute(const QString& sql)
+{
+    if (!isOpen())
+        throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), sql);
+    const Translation tr = translate(sql);
+    Attachment attached(d->db, tr.attachFile, sql);
+    if (tr.form == Translation::Form::SelectInto)
+        return Recordset({}, {}, selectInto(d->db, tr, sql));
+    Stmt st(d->db, tr.sql, sql);
+    bindAssigned(d->db, st, tr, sql);
+    return collect(d->db, st, sql);
+}
+
+void Connection::executeRaw(const QString& sqliteScript)
+{
+    if (!isOpen())
+        throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), sqliteScript);
+    run(d->db, sqliteScript.toUtf8().constData(), sqliteScript);
+}
+
+void Connection::begin()
+{
+    if (!isOpen())
+        throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), QStringLiteral("BEGIN"));
+    // IMMEDIATE takes the write lock at once, so two processes never both
+    // read and then both wait to write.
+    run(d->db, d->mode == OpenMode::ReadOnly ? "BEGIN" : "BEGIN IMMEDIATE", QStringLiteral("BEGIN"));
+}
+
+void Connection::commit()
+{
+    if (!isOpen())
+        throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), QStringLiteral("COMMIT"));
+    run(d->db, "COMMIT", QStringLiteral("COMMIT"));
+}
+
+void Connection::rollback()
+{
+    if (!isOpen())
+        throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), QStringLiteral("ROLLBACK"));
+    run(d->db, "ROLLBACK", QStringLiteral("ROLLBACK"));
+}
+
+QString Connection::columnType(const QString& table, const QString& column)
+{
+    if (!isOpen())
+        return QString();
+    for (const ColumnInfo& c : tableColumns(d->db, QStringLiteral("main"), table, table))
+        if (c.name.compare(column, Qt::CaseInsensitive) == 0)
+            return c.type;
+    return QString();
+}
+
+bool Connection::tableExists(const QString& table)
+{
+    if (!isOpen())
+        return false;
+    Stmt st(d->db,
+            QStringLiteral("SELECT 1 FROM sqlite_master WHERE type IN ('table','view') AND name = ?1 COLLATE NOCASE"),
+            table);
+    const QByteArray t = table.toUtf8();
+    sqlite3_bind_text(st, 1, t.constData(), int(t.size()), SQLITE_STATIC);
+    return sqlite3_step(st) == SQLITE_ROW;
+}
+
+} // namespace pelkor::store
