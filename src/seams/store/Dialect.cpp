@@ -202,6 +202,19 @@ QString quoteText(const QString& text)
     return QLatin1Char('\'') + q + QLatin1Char('\'');
 }
 
+// Keywords that may stand before a parenthesis without being a function.
+bool takesOperand(const QString& w)
+{
+    static const std::array<const char*, 28> words{
+        "from", "in", "and", "or", "not", "where", "on", "values", "select", "as", "exists", "join", "union", "all",
+        "set", "by", "when", "then", "else", "into", "table", "like", "is", "between", "case", "distinct", "having",
+        "column"};
+    for (const char* r : words)
+        if (w.compare(QLatin1String(r), Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
 // Words SQLite reserves that the data files use as plain names.
 bool reservedAsName(const QString& w)
 {
@@ -354,7 +367,7 @@ private:
             const bool callNext = i + 1 < e && isOp(t_[i + 1], "(");
             switch (k.kind) {
             case Tok::Word:
-                if (callNext && !(prev && isOp(*prev, "."))) {
+                if (callNext && !(prev && isOp(*prev, ".")) && !takesOperand(k.text)) {
                     call(k.text, i + 1, out);
                     i = size_t(match_[i + 1]);
                 } else if (isWord(k, "order") && i + 1 < e && isWord(t_[i + 1], "by")) {
