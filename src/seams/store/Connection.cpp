@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 #include <sqlite3.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstring>
@@ -216,6 +218,25 @@ private:
 
 enum class CellKind { Plain, Date, Expression };
 
+// Grows the cells of a large read. A load of the whole ledger holds
+// millions of Values; most of its time would go to faulting in fresh 4 KiB
+// pages, so a big buffer asks the kernel for huge pages.
+void grow(std::vector<Value>& cells, size_t rowWidth)
+{
+    const size_t want = std::max<size_t>(rowWidth * 256, cells.size() * 2);
+    cells.reserve(want);
+#ifdef MADV_HUGEPAGE
+    const size_t bytes = cells.capacity() * sizeof(Value);
+    if (bytes >= (size_t(4) << 20)) {
+        static const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
+        const auto begin = (reinterpret_cast<uintptr_t>(cells.data()) + page - 1) & ~(page - 1);
+        const auto end = (reinterpret_cast<uintptr_t>(cells.data()) + bytes) & ~(page - 1);
+        if (end > begin)
+            madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    }
+#endif
+}
+
 Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
 {
     const int n = sqlite3_column_count(st);
@@ -256,8 +277,8 @@ Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
     std::vector<Value> cells;
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        if (cells.capacity() == cells.size())
-            cells.reserve(std::max<size_t>(size_t(n) * 256, cells.size() * 2));
+        if (cells.capacity() - cells.size() < size_t(n))
+            grow(cells, size_t(n));
         for (int c = 0; c < n; ++c) {
             switch (sqlite3_column_type(st, c)) {
             case SQLITE_NULL:
