@@ -53,6 +53,12 @@ Dialog::Kind Dialog::kind(const QString& name) const
     return c ? c->kind : Kind::Label;
 }
 
+QString Dialog::label(const QString& name) const
+{
+    const Control* c = find(name);
+    return c ? c->label : QString();
+}
+
 bool Dialog::isEnabled(const QString& name) const
 {
     const Control* c = find(name);

@@ -51,6 +51,8 @@ public:
     // The control's value; empty for a control that does not exist.
     QString control(const QString& name) const;
     Kind kind(const QString& name) const;
+    // The text shown on or beside the control.
+    QString label(const QString& name) const;
     bool isEnabled(const QString& name) const;
     // The control that has the focus; empty when none was given it.
     const QString& focus() const { return focus_; }

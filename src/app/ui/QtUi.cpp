@@ -1,0 +1,182 @@
+// QtUi: prompts as real right-to-left Qt windows.
+#include "app/ui/QtUi.h"
+
+#include "app/ui/frmNoIpusView.h"
+#include "app/ui/frmPasswordView.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace pelkor::ui {
+
+namespace {
+
+QString titleOr(const QString& title)
+{
+    return title.isEmpty() ? QStringLiteral("פלקור") : title;
+}
+
+QMessageBox::ButtonRole roleOf(Answer a)
+{
+    switch (a) {
+    case Answer::OK:
+    case Answer::Retry:
+    case Answer::Ignore: return QMessageBox::AcceptRole;
+    case Answer::Cancel:
+    case Answer::Abort: return QMessageBox::RejectRole;
+    case Answer::Yes: return QMessageBox::YesRole;
+    case Answer::No: return QMessageBox::NoRole;
+    }
+    return QMessageBox::AcceptRole;
+}
+
+QMessageBox::Icon iconOf(Icon i)
+{
+    switch (i) {
+    case Icon::None: return QMessageBox::NoIcon;
+    case Icon::Critical: return QMessageBox::Critical;
+    case Icon::Question: return QMessageBox::Question;
+    case Icon::Exclamation: return QMessageBox::Warning;
+    case Icon::Information: return QMessageBox::Information;
+    }
+    return QMessageBox::NoIcon;
+}
+
+} // namespace
+
+QString QtUi::buttonText(Answer a)
+{
+    switch (a) {
+    case Answer::OK: return QStringLiteral("אישור");
+    case Answer::Cancel: return QStringLiteral("ביטול");
+    case Answer::Yes: return QStringLiteral("כן");
+    case Answer::No: return QStringLiteral("לא");
+    case Answer::Abort: return QStringLiteral("בטל");
+    case Answer::Retry: return QStringLiteral("נסה שוב");
+    case Answer::Ignore: return QStringLiteral("התעלם");
+    }
+    return {};
+}
+
+Answer QtUi::msgBox(const QString& text, const QString& title, Buttons buttons, Icon icon)
+{
+    QMessageBox box(iconOf(icon), titleOr(title), text, QMessageBox::NoButton, parent_);
+    box.setLayoutDirection(Qt::RightToLeft);
+    const std::vector<Answer> offered = buttonsOf(buttons);
+    std::vector<std::pair<QAbstractButton*, Answer>> made;
+    for (Answer a : offered) {
+        QPushButton* b = box.addButton(buttonText(a), roleOf(a));
+        made.emplace_back(b, a);
+        if (a == Answer::Cancel || (offered.size() == 1))
+            box.setEscapeButton(b);
+    }
+    box.setDefaultButton(static_cast<QPushButton*>(made.front().first));
+    box.exec();
+    for (const auto& [button, answer] : made)
+        if (box.clickedButton() == button)
+            return answer;
+    // Closed some other way: Cancel where the box has it, else its default.
+    for (Answer a : offered)
+        if (a == Answer::Cancel)
+            return a;
+    return offered.front();
+}
+
+std::optional<QString> QtUi::inputBox(const QString& prompt, const QString& title,
+                                      const QString& defaultText)
+{
+    QInputDialog dlg(parent_);
+    dlg.setLayoutDirection(Qt::RightToLeft);
+    dlg.setWindowTitle(titleOr(title));
+    dlg.setLabelText(prompt);
+    dlg.setTextValue(defaultText);
+    dlg.setOkButtonText(buttonText(Answer::OK));
+    dlg.setCancelButtonText(buttonText(Answer::Cancel));
+    if (dlg.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dlg.textValue();
+}
+
+QStringList QtUi::runFileDialog(const FileDialogSpec& spec, bool save)
+{
+    QFileDialog dlg(parent_, titleOr(spec.title), spec.startDir);
+    dlg.setLayoutDirection(Qt::RightToLeft);
+    const QStringList filters = qtNameFilters(spec.filter);
+    if (!filters.isEmpty())
+        dlg.setNameFilters(filters);
+    QString ext = spec.defaultExt;
+    if (ext.startsWith(QLatin1Char('.')))
+        ext.remove(0, 1);
+    dlg.setDefaultSuffix(ext);
+    if (save) {
+        dlg.setAcceptMode(QFileDialog::AcceptSave);
+        dlg.setFileMode(QFileDialog::AnyFile);
+    } else {
+        dlg.setAcceptMode(QFileDialog::AcceptOpen);
+        dlg.setFileMode(spec.multiSelect      ? QFileDialog::ExistingFiles
+                        : spec.fileMustExist ? QFileDialog::ExistingFile
+                                             : QFileDialog::AnyFile);
+    }
+    if (!spec.fileName.isEmpty())
+        dlg.selectFile(spec.fileName);
+    for (;;) {
+        if (dlg.exec() != QDialog::Accepted)
+            return {};
+        const QStringList files = dlg.selectedFiles();
+        bool pathsExist = true;
+        for (const QString& f : files)
+            pathsExist = pathsExist && QFileInfo(f).absoluteDir().exists();
+        if (!spec.pathMustExist || pathsExist)
+            return files;
+        msgBox(QStringLiteral("התיקייה אינה קיימת"), spec.title, Buttons::OK, Icon::Exclamation);
+    }
+}
+
+QStringList QtUi::openFileDialog(const FileDialogSpec& spec)
+{
+    return runFileDialog(spec, false);
+}
+
+QString QtUi::saveFileDialog(const FileDialogSpec& spec)
+{
+    const QStringList files = runFileDialog(spec, true);
+    return files.isEmpty() ? QString() : files.first();
+}
+
+namespace {
+
+// Shows the view V of a dialog whose logic is of class L; false when the
+// dialog is of another class than its name promises.
+template <class View, class Logic>
+bool show(Dialog& d, QWidget* parent)
+{
+    auto* logic = dynamic_cast<Logic*>(&d);
+    if (!logic)
+        return false;
+    View view(*logic, parent);
+    view.exec();
+    return true;
+}
+
+} // namespace
+
+bool QtUi::runDialog(Dialog& d)
+{
+    const QString name = d.name();
+    bool shown = false;
+    if (name == QLatin1String("frmNoIpus"))
+        shown = show<frmNoIpusView, frmNoIpus>(d, parent_);
+    else if (name == QLatin1String("frmPassword"))
+        shown = show<frmPasswordView, frmPassword>(d, parent_);
+    if (!shown)
+        qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
+    if (!d.isClosed())
+        d.dismiss();
+    return d.accepted();
+}
+
+} // namespace pelkor::ui

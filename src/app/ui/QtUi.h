@@ -1,0 +1,44 @@
+// QtUi: the Ui of the real program: right-to-left message boxes, input
+// boxes and file dialogs, and a Qt view for each of the program's own
+// dialogs (picked by the dialog's name).
+//
+// Every window is modal to the parent window given (or to the application)
+// and carries the title the caller gives; an empty title becomes "פלקור".
+#pragma once
+
+#include "seams/ui/Ui.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace pelkor::ui {
+
+class QtUi : public Ui {
+public:
+    explicit QtUi(QWidget* parent = nullptr) : parent_(parent) {}
+
+    // The window the next prompts belong to.
+    void setParentWindow(QWidget* parent) { parent_ = parent; }
+
+    Answer msgBox(const QString& text, const QString& title, Buttons buttons = Buttons::OK,
+                  Icon icon = Icon::None) override;
+    std::optional<QString> inputBox(const QString& prompt, const QString& title,
+                                    const QString& defaultText = {}) override;
+    QStringList openFileDialog(const FileDialogSpec& spec) override;
+    QString saveFileDialog(const FileDialogSpec& spec) override;
+    // A dialog without a view is closed unanswered (with a warning).
+    bool runDialog(Dialog& d) override;
+    // The user clicks for themselves: nothing to do.
+    void windowReady(const QString&, const QString&, std::function<void(const QString&)>) override {}
+
+    // The Hebrew text of a button: "אישור", "ביטול", "כן", "לא", "בטל",
+    // "נסה שוב", "התעלם".
+    static QString buttonText(Answer a);
+
+private:
+    QStringList runFileDialog(const FileDialogSpec& spec, bool save);
+
+    QPointer<QWidget> parent_;
+};
+
+} // namespace pelkor::ui
