@@ -19,6 +19,9 @@ struct Case {
     bool onMerged = false;       // run the check on the merged file
 };
 
+// Names the case in CTest's listing instead of dumping its bytes.
+void PrintTo(const Case& c, std::ostream* os) { *os << c.name; }
+
 // tempPelkor in the middle of a reconciliation step: line 3 matched, line 4
 // waiting; savedPelkor holding their copies.
 #define LINE_COLUMNS \
