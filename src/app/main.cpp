@@ -1,37 +1,29 @@
 // prjPelkor: the program's entry.
 //
 //   prjPelkor --create <file.pkr>   create a new empty ledger and exit
-//   prjPelkor <file.pkr>            open a ledger in a read-only list
+//   prjPelkor                       the repair run: pick a file, repair, report
+//   prjPelkor open [<file.pkr>]     a working run (without a file: the current one)
+//   prjPelkor <file.pkr>            the same, as a desktop starts it
+//   prjPelkor new<t> ... / detail ... / merged ...   child instances
 //
-// Every failure is told in Hebrew, in a right-to-left box or on stderr when
-// there is no display, and nothing is written to a file that failed to open.
-#include "app/LedgerListView.h"
+// With PELKOR_DIALOGS or PELKOR_TRANSCRIPT set, every question goes to the
+// scripted dialogs instead of a window, so whole runs work headless.
+#include "app/frmMainView.h"
+#include "app/ui/QtUi.h"
 #include "file/Schema.h"
+#include "frame/Instances.h"
+#include "frame/frmMain.h"
+#include "seams/platform/Paths.h"
 #include "seams/store/StoreError.h"
+#include "seams/ui/ScriptedUi.h"
 
 #include <QApplication>
 #include <QDate>
-#include <QMessageBox>
+#include <QTimer>
 
 #include <cstdio>
 
 using namespace pelkor;
-
-namespace {
-
-int fail(bool gui, const QString& text)
-{
-    if (gui) {
-        QMessageBox box(QMessageBox::Critical, QStringLiteral("פלקור"), text);
-        box.setLayoutDirection(Qt::RightToLeft);
-        box.exec();
-    } else {
-        std::fprintf(stderr, "%s\n", text.toUtf8().constData());
-    }
-    return 1;
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
@@ -42,7 +34,9 @@ int main(int argc, char** argv)
         try {
             schema::createLedger(path, QDate::currentDate());
         } catch (const store::StoreError& e) {
-            return fail(false, QStringLiteral("יצירת הקובץ %1 נכשלה: %2").arg(path, e.message()));
+            std::fprintf(stderr, "%s\n",
+                         QStringLiteral("יצירת הקובץ %1 נכשלה: %2").arg(path, e.message()).toUtf8().constData());
+            return 1;
         }
         return 0;
     }
@@ -50,14 +44,29 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
     app.setApplicationName(QStringLiteral("pelkor"));
-    const QStringList args = app.arguments().mid(1);
-    if (args.size() != 1)
-        return fail(true, QStringLiteral("שימוש: prjPelkor <קובץ.pkr>"));
-    try {
-        LedgerListView view(args.first());
-        view.show();
-        return app.exec();
-    } catch (const store::StoreError& e) {
-        return fail(true, QStringLiteral("לא ניתן לפתוח את הקובץ %1:\n%2").arg(args.first(), e.message()));
-    }
+
+    std::unique_ptr<ui::ScriptedUi> scripted = ui::makeUiFromEnvironment();
+    ui::QtUi qtUi;
+    auto children = processChildren(QCoreApplication::applicationFilePath());
+
+    frmMain::Environment env;
+    env.ui = scripted ? static_cast<ui::Ui*>(scripted.get()) : &qtUi;
+    env.paths = platform::Paths::fromEnvironment(QCoreApplication::applicationDirPath());
+    env.today = QDate::currentDate();
+    env.arguments = app.arguments().mid(1);
+    env.children = children.get();
+    env.endProcess = [](int code) { QCoreApplication::exit(code); };
+
+    frmMain logic(env);
+    frmMainView view(logic);
+    qtUi.setParentWindow(&view);
+    QTimer::singleShot(0, &logic, [&] {
+        logic.guarded(QStringLiteral("Form_Load"), [&] { logic.Form_Load(); });
+        if (!logic.ended())
+            view.show();
+    });
+    const int code = logic.ended() ? logic.exitCode() : app.exec();
+    if (scripted)
+        scripted->recordExit(code);
+    return code;
 }

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <functional>
+
 namespace pelkor::schema {
 
 namespace {
@@ -124,18 +126,45 @@ void fillStandardCatalogue(store::Connection& cn)
                        .arg(t.num).arg(QString::fromUtf8(t.name)).arg(t.group));
 }
 
-void createLedger(const QString& path, const QDate& today)
+namespace {
+
+// Builds a database beside path and renames it into place at the end, so a
+// failure never leaves a half-made file under the user's name.
+void buildThenRename(const QString& path, const std::function<void(store::Connection&)>& fill)
 {
     if (QFileInfo::exists(path))
         throw store::StoreError(store::StoreError::Kind::Open, QStringLiteral("הקובץ כבר קיים"), path);
-    // Build beside the target and rename at the end, so a failure never
-    // leaves a half-made ledger under the user's name.
     const QString building = path + QStringLiteral(".new");
-    QFile::remove(building);
+    auto removeBuilding = [&] {
+        for (const char* suffix : {"", "-wal", "-shm"})
+            QFile::remove(building + QLatin1String(suffix));
+    };
+    removeBuilding();
     try {
         store::Connection cn;
         cn.open(building, store::Connection::OpenMode::ReadWriteCreate);
         store::Transaction tx(cn);
+        fill(cn);
+        tx.commit();
+        cn.executeRaw(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE);"));
+        cn.close();
+    } catch (...) {
+        removeBuilding();
+        throw;
+    }
+    QFile::remove(building + QStringLiteral("-wal"));
+    QFile::remove(building + QStringLiteral("-shm"));
+    if (!QFile::rename(building, path)) {
+        QFile::remove(building);
+        throw store::StoreError(store::StoreError::Kind::Open, QStringLiteral("לא ניתן ליצור את הקובץ"), path);
+    }
+}
+
+} // namespace
+
+void createLedger(const QString& path, const QDate& today)
+{
+    buildThenRename(path, [&](store::Connection& cn) {
         cn.executeRaw(dataFileScript());
         fillStandardCatalogue(cn);
         cn.execute(QStringLiteral("INSERT INTO Defaults (Password, Credit, NDays, isAuto, iBank, AccountNum)"
@@ -147,21 +176,16 @@ void createLedger(const QString& path, const QDate& today)
         cn.execute(QStringLiteral(
             "INSERT INTO invoiceCategs ([kind],[date],[confirm],[detail],[In],[out],[TypeNum],[zee],[memo])"
             " SELECT [kind],[date],[confirm],' ',[In],[out],[TypeNum],' ',[memo] FROM pelkor"));
-        tx.commit();
-        cn.executeRaw(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE);"));
-        cn.close();
-    } catch (...) {
-        QFile::remove(building);
-        QFile::remove(building + QStringLiteral("-wal"));
-        QFile::remove(building + QStringLiteral("-shm"));
-        throw;
-    }
-    QFile::remove(building + QStringLiteral("-wal"));
-    QFile::remove(building + QStringLiteral("-shm"));
-    if (!QFile::rename(building, path)) {
-        QFile::remove(building);
-        throw store::StoreError(store::StoreError::Kind::Open, QStringLiteral("לא ניתן ליצור את הקובץ"), path);
-    }
+    });
+}
+
+void createParams(const QString& path, const QString& directory, const QString& currentFile)
+{
+    buildThenRename(path, [&](store::Connection& cn) {
+        cn.executeRaw(paramsScript());
+        cn.execute(QStringLiteral("INSERT INTO PARAMETER (PARAMETER, T) VALUES ('directory', '%1')").arg(directory));
+        cn.execute(QStringLiteral("INSERT INTO PARAMETER (PARAMETER, T) VALUES ('CURRENTFILE', '%1')").arg(currentFile));
+    });
 }
 
 } // namespace pelkor::schema

@@ -79,6 +79,10 @@ QStringList bankFeedTables();
 // left behind at path.
 void createLedger(const QString& path, const QDate& today);
 
+// Creates the parameter database at path with the folder the open dialogs
+// start in and the file a working run opens. Refuses an existing path.
+void createParams(const QString& path, const QString& directory, const QString& currentFile);
+
 // Fills the kinds, type groups and types of a new ledger into an open
 // connection whose tables exist (shared by createLedger and the generators).
 void fillStandardCatalogue(store::Connection& cn);

@@ -1,0 +1,38 @@
+// frmMainView: the main window as the user sees it.
+//
+// It draws what frmMain holds (title, status and file labels, the lines)
+// and forwards the user's acts (refresh, close) to it. Nothing here decides
+// anything about the ledger.
+#pragma once
+
+#include <QMainWindow>
+
+class QLabel;
+class QTableView;
+
+namespace pelkor {
+
+class frmMain;
+class LinesModel;
+
+class frmMainView : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmMainView(frmMain& logic, QWidget* parent = nullptr);
+
+protected:
+    void closeEvent(QCloseEvent* e) override;
+
+private:
+    void mirror();
+    void reload();
+
+    frmMain& m_;
+    QLabel* status_ = nullptr;
+    QLabel* fileName_ = nullptr;
+    QLabel* newLines_ = nullptr;
+    QTableView* table_ = nullptr;
+    LinesModel* model_ = nullptr;
+};
+
+} // namespace pelkor

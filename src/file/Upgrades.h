@@ -1,0 +1,30 @@
+// Upgrades: reading a file's settings, and upgrading an old file in place.
+//
+// A file is never versioned. Each upgrade is set off by the failure of the
+// statement that needs the new column or table, at the moment it is
+// needed; old data stay as they are. Each upgrade of several statements
+// runs in one transaction, so a crash never leaves it half-done.
+#pragma once
+
+namespace pelkor {
+
+class frmMain;
+
+// isAutomatic from Defaults.isAuto; a file without the column gets it, on.
+void handleAuto(frmMain& m);
+// theInvoiceCategs from the one row of invoiceCategs; a file without the
+// table gets it, with one row whose detail is one blank.
+void readInvoiceCategs(frmMain& m);
+// iBank (less one: -1 none), the account number and isSimulate from
+// Defaults; a file without the columns counts as unbound.
+void handleBankInfo(frmMain& m);
+// Unbinds the file; a failure is traced and ignored.
+void resetBankInfo(frmMain& m);
+// The moving-dates menu entry shows on a file bound to the demonstration
+// feed (iBank 99); a failure leaves the entry as it is.
+void checkBankNum(frmMain& m);
+// Stores the number of days of statement lines, adding the column to an
+// old file first. n must already be checked (10 to 90).
+void setNDays(frmMain& m, int n);
+
+} // namespace pelkor

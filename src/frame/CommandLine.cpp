@@ -1,0 +1,198 @@
+#include "frame/CommandLine.h"
+
+#include "seams/store/TextForms.h"
+
+namespace pelkor {
+
+namespace {
+
+StartCommand wrong(const QString& reason)
+{
+    StartCommand c;
+    c.verb = StartCommand::Verb::Wrong;
+    c.reason = reason;
+    return c;
+}
+
+// Splits off the first n blank-separated fields; the rest of the line
+// (blanks included) is the last element.
+bool fieldsAndRest(const QString& line, int n, QStringList& fields, QString& rest)
+{
+    int pos = 0;
+    fields.clear();
+    for (int i = 0; i < n; ++i) {
+        while (pos < line.size() && line[pos] == QLatin1Char(' '))
+            ++pos;
+        const int start = pos;
+        while (pos < line.size() && line[pos] != QLatin1Char(' '))
+            ++pos;
+        if (pos == start)
+            return false;
+        fields << line.mid(start, pos - start);
+    }
+    while (pos < line.size() && line[pos] == QLatin1Char(' '))
+        ++pos;
+    rest = line.mid(pos);
+    return !rest.isEmpty();
+}
+
+bool parseDay(const QString& s, QDate& d)
+{
+    return store::text::parseDate(s, d);
+}
+
+// detail / mrg detail, after the verb.
+StartCommand parseDetail(const QString& args, bool merged)
+{
+    QStringList f;
+    QString rest;
+    if (!fieldsAndRest(args, 2, f, rest))
+        return wrong(QStringLiteral("detail: missing fields"));
+    StartCommand c;
+    c.verb = StartCommand::Verb::Detail;
+    c.progMode = 3;
+    c.isMerged = merged;
+    if (!parseIdText(f[0], c.parentTxtMessage))
+        return wrong(QStringLiteral("detail: bad id ") + f[0]);
+    bool ok = false;
+    c.detailKind = f[1].toInt(&ok);
+    if (!ok || c.detailKind < 0 || c.detailKind > 4)
+        return wrong(QStringLiteral("detail: bad kind ") + f[1]);
+    QStringList g;
+    if (c.detailKind <= 2) {
+        if (!fieldsAndRest(rest, 2, g, c.file))
+            return wrong(QStringLiteral("detail: missing fields"));
+        if (!parseDay(g[0], c.fromDate))
+            return wrong(QStringLiteral("detail: bad date ") + g[0]);
+        c.toDate = c.fromDate;
+        double conv = 0;
+        if (!store::text::parseNumber(g[1], conv))
+            return wrong(QStringLiteral("detail: bad factor ") + g[1]);
+        c.conv = conv;
+    } else {
+        if (!fieldsAndRest(rest, 3, g, c.file))
+            return wrong(QStringLiteral("detail: missing fields"));
+        if (!parseDay(g[0], c.fromDate) || !parseDay(g[1], c.toDate))
+            return wrong(QStringLiteral("detail: bad date"));
+        if (c.detailKind == 3) {
+            c.detailKindText = g[2];
+        } else {
+            c.detailTypeIndex = g[2].toInt(&ok);
+            if (!ok)
+                return wrong(QStringLiteral("detail: bad type ") + g[2]);
+        }
+    }
+    return c;
+}
+
+} // namespace
+
+QString idText(std::uint32_t id)
+{
+    return QStringLiteral("%1").arg(id, 8, 16, QLatin1Char('0'));
+}
+
+bool parseIdText(const QString& text, std::uint32_t& id)
+{
+    if (text.size() != 8)
+        return false;
+    bool ok = false;
+    const uint v = text.toUInt(&ok, 16);
+    if (!ok)
+        return false;
+    for (QChar ch : text)
+        if (!ch.isDigit() && !(ch.toLower() >= QLatin1Char('a') && ch.toLower() <= QLatin1Char('f')))
+            return false;
+    id = v;
+    return true;
+}
+
+QString newLineCommand(int type, std::uint32_t messagesWindow, std::uint32_t host1, std::uint32_t host2,
+                       const QString& file)
+{
+    return QStringLiteral("new%1 %2 %3 %4 %5")
+        .arg(type)
+        .arg(idText(messagesWindow), idText(host1), idText(host2), file);
+}
+
+StartCommand parseCommandLine(const QString& theCommand)
+{
+    const QString cmd = theCommand;
+    if (cmd.trimmed().isEmpty())
+        return {};
+    if (cmd.startsWith(QLatin1String("new"))) {
+        StartCommand c;
+        c.verb = StartCommand::Verb::New;
+        c.progMode = 4;
+        const QChar t = cmd.size() > 3 ? cmd[3] : QChar();
+        if (!t.isDigit() || t.digitValue() > 3) {
+            c.verb = StartCommand::Verb::WrongNewLineType;
+            c.reason = QStringLiteral("new: type ") + t;
+            return c;
+        }
+        c.newLineDialogType = t.digitValue();
+        // Positions counted from 1: 6-13, 15-22, 24-31 the ids, 33 on the file.
+        if (cmd.size() < 33 || cmd[4] != QLatin1Char(' ') || cmd[13] != QLatin1Char(' ')
+            || cmd[22] != QLatin1Char(' ') || cmd[31] != QLatin1Char(' '))
+            return wrong(QStringLiteral("new: missing fields"));
+        if (!parseIdText(cmd.mid(5, 8), c.parentMessagesWindow) || !parseIdText(cmd.mid(14, 8), c.hostTextBox1)
+            || !parseIdText(cmd.mid(23, 8), c.hostTextBox2))
+            return wrong(QStringLiteral("new: bad id"));
+        c.file = cmd.mid(32);
+        if (c.file.trimmed().isEmpty())
+            return wrong(QStringLiteral("new: no file"));
+        return c;
+    }
+    if (cmd.startsWith(QLatin1String("detail ")))
+        return parseDetail(cmd.mid(7), false);
+    if (cmd.startsWith(QLatin1String("mrg detail ")))
+        return parseDetail(cmd.mid(11), true);
+    if (cmd.startsWith(QLatin1String("merged "))) {
+        QStringList f;
+        StartCommand c;
+        if (!fieldsAndRest(cmd.mid(7), 4, f, c.file))
+            return wrong(QStringLiteral("merged: missing fields"));
+        c.verb = StartCommand::Verb::Merged;
+        c.progMode = 5;
+        c.isMerged = true;
+        c.mergedVerb = f[0];
+        if (c.mergedVerb != QLatin1String("ktrep") && c.mergedVerb != QLatin1String("ktrpw")
+            && c.mergedVerb != QLatin1String("ktrpd"))
+            return wrong(QStringLiteral("merged: bad report ") + f[0]);
+        if (!parseDay(f[1], c.fromDate) || !parseDay(f[2], c.toDate))
+            return wrong(QStringLiteral("merged: bad date"));
+        if (!parseIdText(f[3], c.parentTxtMessage))
+            return wrong(QStringLiteral("merged: bad id ") + f[3]);
+        return c;
+    }
+    if (cmd == QLatin1String("dayblnc")) {
+        StartCommand c;
+        c.verb = StartCommand::Verb::DayBalance;
+        c.progMode = 6;
+        return c;
+    }
+    if (cmd.startsWith(QLatin1String("bank"))) {
+        StartCommand c;
+        c.verb = StartCommand::Verb::Bank;
+        c.progMode = 1;
+        return c;
+    }
+    if (cmd == QLatin1String("open") || cmd.startsWith(QLatin1String("open "))) {
+        StartCommand c;
+        c.verb = StartCommand::Verb::Open;
+        c.progMode = 1;
+        c.file = cmd.mid(5);
+        return c;
+    }
+    // A bare path, as a desktop starts the program on a file it was given.
+    if (cmd.endsWith(QLatin1String(".pkr"), Qt::CaseInsensitive) && !cmd.startsWith(QLatin1Char('-'))) {
+        StartCommand c;
+        c.verb = StartCommand::Verb::Open;
+        c.progMode = 1;
+        c.file = cmd;
+        return c;
+    }
+    return wrong(QStringLiteral("unknown verb"));
+}
+
+} // namespace pelkor

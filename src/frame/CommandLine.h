@@ -1,0 +1,62 @@
+// CommandLine: the verbs an instance is started with.
+//
+// The program's arguments are joined by blanks into theCommand and read as
+// one of these forms (ids are mailbox ids, eight hexadecimal digits; dates
+// dd/mm/yyyy):
+//
+//   (empty)                                  the repair run: pick a file
+//   open [<file>]                            a working run on the file, or
+//   <file>                                     on "CURRENTFILE" without one
+//   new<t> <h1> <h2> <h3> <file>             a new-line child, fixed positions
+//   detail <h> <k> <date> <conv> <file>      k 0..2: a day's lines
+//   detail <h> <k> <from> <to> <x> <file>    k 3: kind x, k 4: type x
+//   mrg detail ...                           the same on a merged file
+//   merged <verb> <from> <to> <h> <file>     a merged file's period report
+//   dayblnc                                  the daily summary alone
+//   bank...                                  open, then start reconciling
+//
+// A file path is always the rest of the line, so it may hold blanks.
+// Anything else is refused with a reason; the caller shows "wrong option"
+// (or "wrong newLineDialogType" for a bad new-line digit).
+#pragma once
+
+#include <QDate>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+
+namespace pelkor {
+
+struct StartCommand {
+    enum class Verb { Empty, Open, New, Detail, Merged, DayBalance, Bank, Wrong, WrongNewLineType };
+    Verb verb = Verb::Empty;
+    int progMode = 2;
+    int newLineDialogType = -1;
+    std::uint32_t parentMessagesWindow = 0;  // new: the parent's frmMessages
+    std::uint32_t hostTextBox1 = 0, hostTextBox2 = 0;
+    std::uint32_t parentTxtMessage = 0;       // detail, merged: the sender's txtMessage
+    QString file;                             // empty: from the parameters
+    int detailKind = -1;
+    QDate fromDate, toDate;
+    double conv = 0;
+    QString detailKindText;                   // kind 3: the kind
+    int detailTypeIndex = -1;                 // kind 4: the type number
+    bool isMerged = false;
+    QString mergedVerb;                       // "ktrep", "ktrpw", "ktrpd"
+    QString reason;                           // why a Wrong command was refused
+};
+
+// Reads theCommand (the arguments joined by single blanks).
+StartCommand parseCommandLine(const QString& theCommand);
+
+// The new-line child's command line, fixed positions: "new<t> <h1> <h2>
+// <h3> <file>" with each id as eight hexadecimal digits.
+QString newLineCommand(int type, std::uint32_t messagesWindow, std::uint32_t host1, std::uint32_t host2,
+                       const QString& file);
+
+// Eight hexadecimal digits with leading zeros.
+QString idText(std::uint32_t id);
+// Exactly eight hexadecimal digits; false otherwise.
+bool parseIdText(const QString& text, std::uint32_t& id);
+
+} // namespace pelkor

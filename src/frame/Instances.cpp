@@ -1,0 +1,66 @@
+#include "frame/Instances.h"
+
+#include <QPointer>
+#include <QProcess>
+
+namespace pelkor {
+
+QStringList splitCommand(const QString& theCommand, int fieldsBeforeFile)
+{
+    QStringList out;
+    QString rest = theCommand;
+    for (int i = 0; i < fieldsBeforeFile; ++i) {
+        const qsizetype sp = rest.indexOf(QLatin1Char(' '));
+        if (sp < 0)
+            break;
+        out << rest.left(sp);
+        rest = rest.mid(sp + 1);
+    }
+    if (!rest.isEmpty())
+        out << rest;
+    return out;
+}
+
+namespace {
+
+class ProcessChildren : public Children {
+public:
+    explicit ProcessChildren(QString program) : program_(std::move(program)) {}
+    ~ProcessChildren() override
+    {
+        // A child outlives its parent's object: it is its own instance.
+        if (proc_)
+            proc_->setParent(nullptr);
+    }
+    bool start(const QString& theCommand) override
+    {
+        // "new<t> h1 h2 h3 file": four fields, then the file.
+        const int fields = theCommand.startsWith(QLatin1String("new")) ? 4 : 0;
+        auto* p = new QProcess();
+        p->setProgram(program_);
+        p->setArguments(fields ? splitCommand(theCommand, fields) : QStringList{theCommand});
+        p->setProcessChannelMode(QProcess::ForwardedChannels);
+        QObject::connect(p, &QProcess::finished, p, &QObject::deleteLater);
+        p->start();
+        if (!p->waitForStarted(10000)) {
+            delete p;
+            return false;
+        }
+        proc_ = p;
+        return true;
+    }
+    bool running() const override { return proc_ && proc_->state() != QProcess::NotRunning; }
+
+private:
+    QString program_;
+    QPointer<QProcess> proc_;
+};
+
+} // namespace
+
+std::unique_ptr<Children> processChildren(const QString& program)
+{
+    return std::make_unique<ProcessChildren>(program);
+}
+
+} // namespace pelkor

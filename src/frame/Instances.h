@@ -1,0 +1,59 @@
+// Instances: what frmMain needs to start a child instance of the program
+// and to hear its answer.
+//
+// Messages is the hidden window whose caption a new-line child sets to
+// "pelkor OK" or "pelkor CLOSED"; its id goes on the child's command line.
+// Children starts this same program with a verb and watches the process,
+// so a parent learns when a child died without a word.
+//
+// The program binds Messages to a mailbox of the bus, so another process
+// can set it; LocalMessages keeps the caption in this process, for tests
+// in which the child is played by the test itself.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+
+namespace pelkor {
+
+class Messages {
+public:
+    virtual ~Messages() = default;
+    virtual std::uint32_t id() const = 0;
+    virtual QString caption() const = 0;
+    virtual void setCaption(const QString& caption) = 0;
+};
+
+class LocalMessages : public Messages {
+public:
+    explicit LocalMessages(std::uint32_t id = 0) : id_(id) {}
+    std::uint32_t id() const override { return id_; }
+    QString caption() const override { return caption_; }
+    void setCaption(const QString& c) override { caption_ = c; }
+private:
+    std::uint32_t id_;
+    QString caption_;
+};
+
+class Children {
+public:
+    virtual ~Children() = default;
+    // Starts the program with theCommand (the verb line), minimised where
+    // the desktop allows. False when it could not be started.
+    virtual bool start(const QString& theCommand) = 0;
+    // True while the last child started is still running.
+    virtual bool running() const = 0;
+};
+
+// Starts the program's own executable with the verb line split into its
+// fields (a file path at the end stays one argument, blanks and all).
+std::unique_ptr<Children> processChildren(const QString& program);
+
+// The arguments that give back theCommand when the child joins them with
+// blanks: the fields before the file, then the file whole. fieldsBeforeFile
+// is how many blank-separated fields precede the file.
+QStringList splitCommand(const QString& theCommand, int fieldsBeforeFile);
+
+} // namespace pelkor

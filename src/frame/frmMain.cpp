@@ -1,0 +1,465 @@
+#include "frame/frmMain.h"
+
+#include "file/Loader.h"
+#include "file/Schema.h"
+#include "frame/Format.h"
+#include "frame/Instances.h"
+#include "frame/Modes.h"
+#include "seams/platform/ProfileFile.h"
+#include "seams/ui/Ui.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace pelkor {
+
+using store::StoreError;
+using ui::Buttons;
+using ui::Icon;
+
+namespace {
+const QString title = QStringLiteral("פלקור");
+const QString okWord = QStringLiteral("pelkor OK");
+const QString closedWord = QStringLiteral("pelkor CLOSED");
+const QString waitingWord = QStringLiteral("pelkor messages");
+} // namespace
+
+frmMain::frmMain(Environment e, QObject* parent)
+    : QObject(parent), env(std::move(e)), ui(*env.ui),
+      trace(env.paths.logDirectory(), env.arguments.join(QLatin1Char(' ')))
+{
+    messages_ = env.messages;
+    if (!messages_) {
+        ownMessages_ = std::make_unique<LocalMessages>();
+        messages_ = ownMessages_.get();
+    }
+    timer2_.setSingleShot(true);
+    timer2_.setInterval(500);
+    connect(&timer2_, &QTimer::timeout, this, [this] { guarded(QStringLiteral("Timer2"), [this] { showOpenFileDialog(); }); });
+    timer3_.setSingleShot(true);
+    timer3_.setInterval(200);
+    connect(&timer3_, &QTimer::timeout, this, [this] { guarded(QStringLiteral("Timer3"), [this] { Timer3_Timer(); }); });
+    checker_.setInterval(400);
+    connect(&checker_, &QTimer::timeout, this, [this] {
+        guarded(QStringLiteral("timerCoordinationMessageChecker"), [this] { timerCoordinationMessageChecker_Timer(); });
+    });
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::setStatus(const QString& s)
+{
+    lblStatus = s;
+    emit changed();
+}
+
+void frmMain::readIni()
+{
+    platform::ProfileFile ini(env.paths.iniFile());
+    mnuCreateLogFileChecked = Trace::wantedBy(ini);
+    nDigitsForConfirmComparison = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison"), 4);
+    maxDayDiffForMatch = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), 30);
+}
+
+void frmMain::writeIni()
+{
+    platform::ProfileFile ini(env.paths.iniFile());
+    ini.writeString(QStringLiteral("misc"), QStringLiteral("debug"), trace.noTrace() ? QStringLiteral("0") : QStringLiteral("1"));
+    ini.writeString(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison"),
+                    QString::number(nDigitsForConfirmComparison));
+    ini.writeString(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), QString::number(maxDayDiffForMatch));
+}
+
+void frmMain::Form_Load()
+{
+    tempPath = env.paths.tempDir + QLatin1Char('/');
+    simulateVisible = QFileInfo::exists(env.paths.programDir + QStringLiteral("/core67890"));
+    logDirectory = env.paths.logDirectory();
+    readIni();
+    linesTable = QStringLiteral("pelkor");
+    targetDate = env.today.addDays(-1);
+    trace.setOn(mnuCreateLogFileChecked);
+    TraceScope t(trace, QStringLiteral("Form_Load"));
+    t.line(QStringLiteral("command: ") + env.arguments.join(QLatin1Char(' ')));
+    initializeForm();
+}
+
+void frmMain::initializeForm()
+{
+    conv = 0;
+    theCommand = env.arguments.join(QLatin1Char(' '));
+    command = parseCommandLine(theCommand);
+    using V = StartCommand::Verb;
+    switch (command.verb) {
+    case V::Empty:
+        progMode = modeOpenedFile;
+        timer2_.start();
+        break;
+    case V::WrongNewLineType:
+        ui.msgBox(QStringLiteral("wrong newLineDialogType"), title);
+        endProcess(1);
+        return;
+    case V::Wrong:
+        trace.traceLine(QStringLiteral("initializeForm"), command.reason);
+        ui.msgBox(QStringLiteral("wrong option"), title);
+        exitProg();
+        return;
+    default: {
+        progMode = command.progMode;
+        newLineDialogType = command.newLineDialogType;
+        isMerged = command.isMerged;
+        detailKind = command.detailKind;
+        fromDate = command.fromDate;
+        toDate = command.toDate;
+        conv = command.conv;
+        detailKindText = command.detailKindText;
+        detailTypeIndex = command.detailTypeIndex;
+        parentTxtMessage = command.parentTxtMessage;
+        parentMessagesWindow = command.parentMessagesWindow;
+        hostTextBox1 = command.hostTextBox1;
+        hostTextBox2 = command.hostTextBox2;
+        isFromKelvanto = hostTextBox1 != 0;
+        if (progMode == modeNewLines && newLineDialogType == lineDialogBadLines) {
+            lblNewLines = QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה.");
+            linesTable = QStringLiteral("pelkor");
+        }
+        if (!OpenCon())
+            return;
+        const LoadResult r = openDB(*this, false);
+        if (ended_ || r == LoadResult::Ended || r == LoadResult::NoLines)
+            return;
+        if (!(progMode == modeNewLines && newLineDialogType == lineDialogBadLines))
+            waitWhile([this] { return checker_.isActive(); });
+        if (ended_)
+            return;
+        visible = true;
+        // A working run stays open on its lines: no report, no end.
+        if (command.verb != V::Open && command.verb != V::Bank)
+            timer3_.start();
+        break;
+    }
+    }
+    gridVisible = gridVisible || progMode == modeOpenedFile;
+    setStatus(QStringLiteral("מוכן"));
+}
+
+QString frmMain::readParameter(const QString& key)
+{
+    const QString path = env.paths.paramsFile();
+    try {
+        store::Connection cn1;
+        if (!QFileInfo::exists(path)) {
+            // First start on this machine: the parameters the open dialog
+            // and the working run need, with the user's home as the folder.
+            QDir().mkpath(QFileInfo(path).absolutePath());
+            schema::createParams(path, QDir::homePath(), QString());
+        }
+        cn1.open(path, store::Connection::OpenMode::ReadOnly);
+        auto rs = cn1.execute(QStringLiteral("SELECT T FROM PARAMETER WHERE PARAMETER='%1'").arg(fixString(key)));
+        return rs.eof() ? QString() : RemoveNull(rs.field(0));
+    } catch (const StoreError& e) {
+        trace.traceLine(QStringLiteral("readParameter"), e.message());
+        return {};
+    }
+}
+
+bool frmMain::OpenCon()
+{
+    TraceScope t(trace, QStringLiteral("OpenCon"));
+    if (progMode == modeDetail || isMerged || progMode == modeNewLines)
+        filePath = command.file;
+    else if (progMode != modeOpenedFile)
+        filePath = command.file.isEmpty() ? readParameter(QStringLiteral("CURRENTFILE")) : command.file;
+    lblFileName = getShortFileName(QDir::toNativeSeparators(QFileInfo(filePath).absoluteFilePath()).replace(QLatin1Char('\\'), QLatin1Char('/')))
+        + QStringLiteral("   ");
+    const QString shortName = lblFileName.trimmed();
+    if (progMode != modeDetail) {
+        caption = QStringLiteral("פלקור - ") + shortName;
+    } else {
+        QString s = shortName + QStringLiteral(" - ");
+        s += detailKind == 0 ? QStringLiteral("הכנסות") : detailKind == 1 ? QStringLiteral("הוצאות") : QStringLiteral("תנועות");
+        if (detailKind >= 0 && detailKind <= 2) {
+            s += QStringLiteral(" לתאריך ") + formatDate224(fromDate);
+            if (conv == 0)
+                s += QStringLiteral(" (ללא המרה)");
+            else if (conv > 0)
+                s += QStringLiteral(" (מוכפל ב: %1)").arg(conv, 0, 'f', 4);
+            else
+                s += QStringLiteral(" (מחולק ב: %1)").arg(-conv, 0, 'f', 4);
+        }
+        lblFileName = s;
+        caption = QStringLiteral("פירוט תנועות - ") + shortName;
+    }
+    emit changed();
+    // Look before writing anything: a file that is no ledger is told and
+    // left exactly as it was.
+    QString problem;
+    if (filePath.isEmpty() || !QFileInfo(filePath).isFile()) {
+        problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(filePath);
+    } else {
+        try {
+            store::Connection look;
+            look.open(filePath, store::Connection::OpenMode::ReadOnly);
+            if (!look.tableExists(QStringLiteral("pelkor")))
+                problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
+        } catch (const StoreError& e) {
+            t.line(e.message());
+            problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור ולא ניתן לפתוח אותו.").arg(filePath);
+        }
+    }
+    if (problem.isEmpty() && !reopenCon())
+        problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(filePath);
+    if (!problem.isEmpty()) {
+        t.line(problem);
+        ui.msgBox(problem, title, Buttons::OK, Icon::Critical);
+        endProcess(1);
+        return false;
+    }
+    return true;
+}
+
+bool frmMain::reopenCon()
+{
+    try {
+        cn.open(filePath);
+        // A file the user may only read opens without complaint; find out now.
+        if (!QFileInfo(filePath).isWritable())
+            throw StoreError(StoreError::Kind::Open, QStringLiteral("read-only file"), filePath);
+        isCnOpen = true;
+    } catch (const StoreError& e) {
+        trace.traceLine(QStringLiteral("reopenCon"), e.message());
+        cn.close();
+        isCnOpen = false;
+    }
+    return isCnOpen;
+}
+
+void frmMain::closeCn()
+{
+    cn.close();
+    isCnOpen = false;
+}
+
+void frmMain::showOpenFileDialog()
+{
+    TraceScope t(trace, QStringLiteral("showOpenFileDialog"));
+    ui::FileDialogSpec spec;
+    spec.title = QStringLiteral("בחר קובץ");
+    spec.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
+    spec.defaultExt = QStringLiteral("pkr");
+    spec.startDir = readParameter(QStringLiteral("directory"));
+    spec.fileMustExist = true;
+    spec.pathMustExist = true;
+    const QStringList chosen = ui.openFileDialog(spec);
+    if (chosen.isEmpty() || chosen.first().isEmpty()) {
+        t.line(QStringLiteral("cancelled"));
+        endProcess(0);
+        return;
+    }
+    setStatus(QStringLiteral("פותח קשר..."));
+    filePath = chosen.first();
+    if (!OpenCon())
+        return;
+    const LoadResult r = openDB(*this, false);
+    if (ended_ || r == LoadResult::Ended || r == LoadResult::NoLines)
+        return;
+    waitWhile([this] { return checker_.isActive(); });
+    if (ended_)
+        return;
+    visible = true;
+    emit changed();
+    timer3_.start();
+}
+
+void frmMain::Timer3_Timer()
+{
+    timer3_.stop();
+    if (ended_)
+        return;
+    if (lines.empty() && progMode == modeDetail)
+        return;   // the detail of an empty selection opens on a new line (new lines)
+    if (progMode == modeNewLines && newLineDialogType == lineDialogBadLines)
+        return;
+    ui.msgBox(QStringLiteral("תיקון הקובץ הסתיים בהצלחה"), title);
+    exitProg();
+}
+
+void frmMain::openNewDialog(int type)
+{
+    TraceScope t(trace, QStringLiteral("openNewDialog"));
+    messages_->setCaption(waitingWord);
+    checker_.start();
+    const QString line = newLineCommand(type, messages_->id(), hostTextBox1, hostTextBox2, filePath);
+    t.line(line);
+    if (!env.children || !env.children->start(line)) {
+        t.line(QStringLiteral("the child did not start"));
+        ui.msgBox(QStringLiteral("לא ניתן היה לפתוח את חלון השורות החדשות."), title, Buttons::OK, Icon::Critical);
+        messages_->setCaption(closedWord);
+    }
+}
+
+void frmMain::timerCoordinationMessageChecker_Timer()
+{
+    QString word = messages_->caption();
+    if (word != okWord && word != closedWord) {
+        if (!env.children || env.children->running())
+            return;
+        // The child ended without a word (a crash, a kill): as if it closed.
+        trace.traceLine(QStringLiteral("timerCoordinationMessageChecker"),
+                        QStringLiteral("the child ended without an answer"));
+        word = closedWord;
+    }
+    checker_.stop();
+    TraceScope t(trace, QStringLiteral("timerCoordinationMessageChecker"));
+    t.line(word);
+    enabled = true;
+    if (word == okWord) {
+        reopenCon();
+        if (newLineDialogType == lineDialogBadLines) {
+            // The child committed before it answered; look until its
+            // writes show, for a few seconds at most, then load anyway (a
+            // line still bad is handed over again).
+            for (int tries = 0; tries < 50 && !ended_; ++tries) {
+                closeCn();
+                reopenCon();
+                try {
+                    if (cn.execute(badLinesStatement(linesTable)).recordCount() == 0)
+                        break;
+                } catch (const StoreError& e) {
+                    t.line(e.message());
+                    break;
+                }
+                QThread::msleep(100);
+            }
+            gridVisible = true;
+            emit changed();
+            openDB(*this, false);
+        }
+    } else {
+        reopenCon();
+        if (newLineDialogType == lineDialogBadLines)
+            exitProg();
+    }
+}
+
+void frmMain::handleZeroLines()
+{
+    if ((progMode == modeNewLines && newLineDialogType == lineDialogUnconfirmedPelkor) || progMode == modeDetail) {
+        exitProg();
+        return;
+    }
+    ui.msgBox(QStringLiteral("אין תנועות"), QStringLiteral("פלקור מזומנים"));
+    exitProg();
+}
+
+void frmMain::guarded(const QString& proc, const std::function<void()>& fn)
+{
+    QString text;
+    try {
+        fn();
+        return;
+    } catch (const StoreError& e) {
+        text = e.message();
+    } catch (const std::exception& e) {
+        text = QString::fromLocal8Bit(e.what());
+    }
+    trace.traceLine(proc, QStringLiteral("unexpected failure: ") + text);
+    // Whatever the failure interrupted, the window must not stay locked.
+    openDBisBusy = false;
+    frameButtonsEnabled = true;
+    enabled = true;
+    emit changed();
+    ui.msgBox(QStringLiteral("אירעה שגיאה בלתי צפויה ב-%1:\n%2\nהפעולה לא הושלמה; הנתונים שבקובץ לא נפגעו.").arg(proc, text),
+              title, Buttons::OK, Icon::Critical);
+}
+
+void frmMain::waitWhile(const std::function<bool()>& pred)
+{
+    while (!ended_ && pred()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    }
+}
+
+bool frmMain::Form_QueryUnload()
+{
+    if (openDBisBusy)
+        return false;
+    exitProg();
+    return true;
+}
+
+void frmMain::cmdClose_Click()
+{
+    exitProg();
+}
+
+void frmMain::cmdRefresh_Click()
+{
+    TraceScope t(trace, QStringLiteral("cmdRefresh_Click"));
+    if (openDBisBusy)
+        return;
+    if (!lines.empty()) {
+        const int r = std::max(row, 1);
+        theID = lines[size_t(std::min<int>(r, int(lines.size())) - 1)].Id;
+        theOffset = r - topRow;
+    }
+    frameButtonsEnabled = false;
+    closeCn();
+    reopenCon();
+    openDB(*this, true);
+    frameButtonsEnabled = true;
+    emit changed();
+}
+
+void frmMain::exitProg()
+{
+    if (exiting_)
+        return;
+    exiting_ = true;
+    TraceScope t(trace, QStringLiteral("exitProg"));
+    for (const char* name : {"new_versions.txt", "new_c", "matchPage.htm"})
+        QFile::remove(tempPath + QLatin1String(name));
+    checker_.stop();
+    if (progMode != modeNewLines && isCnOpen) {
+        for (const char* table : {"tempPelkor", "bckpPelkor", "savedPelkor"}) {
+            try {
+                cn.execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));
+            } catch (const StoreError&) {
+                // Not there: nothing to drop.
+            }
+        }
+    }
+    closeCn();
+    writeIni();
+    if (visible && !filePath.isEmpty() && reopenCon()) {
+        try {
+            cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(mnuAutomaticBankCoordinationChecked ? 1 : 0));
+        } catch (const StoreError& e) {
+            t.line(e.message());
+        }
+    }
+    closeCn();
+    if (!feedPath.isEmpty() && !simulateVisible && !isSimulate)
+        QFile::remove(feedPath);
+    endProcess(0);
+}
+
+void frmMain::endProcess(int code)
+{
+    if (ended_)
+        return;
+    ended_ = true;
+    exitCode_ = code;
+    timer2_.stop();
+    timer3_.stop();
+    checker_.stop();
+    trace.setOn(false);
+    if (env.endProcess)
+        env.endProcess(code);
+}
+
+} // namespace pelkor
