@@ -19,7 +19,9 @@
 
 #include <QApplication>
 #include <QDate>
+#include <QLibraryInfo>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -44,6 +46,11 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
     app.setApplicationName(QStringLiteral("pelkor"));
+    // Qt's own words (file dialogs, standard buttons) in Hebrew where the
+    // translations are installed; English otherwise.
+    QTranslator qtHebrew;
+    if (qtHebrew.load(QStringLiteral("qt_he"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        app.installTranslator(&qtHebrew);
 
     std::unique_ptr<ui::ScriptedUi> scripted = ui::makeUiFromEnvironment();
     ui::QtUi qtUi;

@@ -430,6 +430,7 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
     // 23.
     m.openDBisBusy = false;
     m.frameButtonsEnabled = true;
+    m.lblStatus = QStringLiteral("מוכן");
     emit m.loaded();
     emit m.changed();
     return LoadResult::Loaded;

@@ -153,10 +153,10 @@ QString frmMain::readParameter(const QString& key)
     try {
         store::Connection cn1;
         if (!QFileInfo::exists(path)) {
-            // First start on this machine: the parameters the open dialog
-            // and the working run need, with the user's home as the folder.
+            // First start on this machine: the open dialogs start in the
+            // data directory, where the demo ledger lies too.
             QDir().mkpath(QFileInfo(path).absolutePath());
-            schema::createParams(path, QDir::homePath(), QString());
+            schema::createParams(path, env.paths.dataDir, QString());
         }
         cn1.open(path, store::Connection::OpenMode::ReadOnly);
         auto rs = cn1.execute(QStringLiteral("SELECT T FROM PARAMETER WHERE PARAMETER='%1'").arg(fixString(key)));
