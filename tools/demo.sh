@@ -1,20 +1,20 @@
 #!/usr/bin/env bash
 # Creates (or refreshes) the demo ledger in the data directory and opens it.
-#   tools/demo.sh BUILD_DIR [extra arguments for the program]
+#   tools/demo.sh BUILD_DIR
 set -euo pipefail
 build="$1"; shift
 data="${PELKOR_HOME:-${XDG_DATA_HOME:-$HOME/.local/share}/pelkor}"
 mkdir -p "$data"
 demo="$data/demo.pkr"
-# A year of a small business, made anew each time so its dates end today.
-"$build/pelkor-gen" "$demo" --lines 2500 --years 1
+# A year of a small business, made anew each time so that its dates end today.
+"$build/pelkor-gen" "$demo" --demo
 echo "pelkor: demo ledger at $demo"
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     cat <<TXT
 pelkor: there is no display here, so the program was not started.
 To see it anyway, run it under a virtual display:
-    xvfb-run -a -s "-screen 0 1280x800x24" "$build/prjPelkor" "$demo"
+    xvfb-run -a -s "-screen 0 1280x800x24" "$build/prjPelkor" open "$demo"
 TXT
     exit 0
 fi
-exec "$build/prjPelkor" "$demo" "$@"
+exec "$build/prjPelkor" open "$demo"

@@ -1,13 +1,16 @@
 // pelkor-gen: writes a realistic data file for trials, demos and benchmarks.
 //
 //   pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S]
+//   pelkor-gen <file.pkr> --demo      the demonstration ledger (a year ending today)
 //
 // The file is replaced if it exists. See file/LedgerGenerator.h for what a
 // generated ledger holds.
+#include "file/DemoLedger.h"
 #include "file/LedgerGenerator.h"
 #include "seams/store/StoreError.h"
 
 #include <QCoreApplication>
+#include <QDate>
 #include <cstdio>
 
 int main(int argc, char** argv)
@@ -15,8 +18,17 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     const QStringList a = app.arguments();
     if (a.size() < 2 || a[1].startsWith(QLatin1Char('-'))) {
-        std::fprintf(stderr, "usage: pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S]\n");
+        std::fprintf(stderr, "usage: pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S] | --demo\n");
         return 2;
+    }
+    if (a.size() == 3 && a[2] == QLatin1String("--demo")) {
+        try {
+            pelkor::generator::generateDemoLedger(a[1], QDate::currentDate());
+        } catch (const pelkor::store::StoreError& e) {
+            std::fprintf(stderr, "pelkor-gen: %s\n", e.what());
+            return 1;
+        }
+        return 0;
     }
     pelkor::generator::GeneratorOptions o;
     for (int i = 2; i + 1 < a.size(); i += 2) {
