@@ -47,6 +47,18 @@ public:
     virtual bool running() const = 0;
 };
 
+// Texts to other processes' boxes: a parent's txtMessage or frmMessages,
+// the outer host's two boxes. A send returns once the receiver's handler
+// has run; one to an id that does not answer fails quietly (false).
+class Bus {
+public:
+    virtual ~Bus() = default;
+    virtual bool send(std::uint32_t id, const QString& text) = 0;
+    // The outer host: focus to box1, the text to box1, focus to box2 (the
+    // host's box fires on leaving). Nothing when box1 is 0.
+    virtual bool sendToHost(std::uint32_t box1, std::uint32_t box2, const QString& text) = 0;
+};
+
 // Starts the program's own executable with the verb line split into its
 // fields (a file path at the end stays one argument, blanks and all).
 std::unique_ptr<Children> processChildren(const QString& program);

@@ -137,6 +137,7 @@ void frmMain::initializeForm()
         if (ended_)
             return;
         visible = true;
+        announceReady();
         // A working run stays open on its lines: no report, no end.
         if (command.verb != V::Open && command.verb != V::Bank)
             timer3_.start();
@@ -272,6 +273,7 @@ void frmMain::showOpenFileDialog()
         return;
     visible = true;
     emit changed();
+    announceReady();
     timer3_.start();
 }
 
@@ -346,6 +348,146 @@ void frmMain::timerCoordinationMessageChecker_Timer()
     }
 }
 
+void frmMain::sendToParent(const QString& text)
+{
+    const std::uint32_t to = progMode == modeNewLines ? parentMessagesWindow : parentTxtMessage;
+    if (to == 0)
+        return;
+    trace.traceLine(QStringLiteral("sendToParent"), text);
+    if (!env.bus || !env.bus->send(to, text))
+        trace.traceLine(QStringLiteral("sendToParent"), QStringLiteral("not delivered to %1").arg(idText(to)));
+}
+
+void frmMain::sendToExcel(const QString& text)
+{
+    if (hostTextBox1 == 0 || !env.bus)
+        return;
+    if (!env.bus->sendToHost(hostTextBox1, hostTextBox2, text))
+        trace.traceLine(QStringLiteral("sendToExcel"), QStringLiteral("not delivered: ") + text);
+}
+
+void frmMain::cmdOK_Click()
+{
+    TraceScope t(trace, QStringLiteral("cmdOK_Click"));
+    if (progMode != modeNewLines || openDBisBusy)
+        return;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].Date == nullDate() || !lines[i].Date.isValid()) {
+            row = int(i) + 1;
+            emit changed();
+            ui.msgBox(QStringLiteral("בשורה זו עדיין חסר תאריך ולכן יש למלא בה תאריך או למחוק אותה"),
+                      QStringLiteral("שגיאה"));
+            return;
+        }
+    }
+    if (newLineDialogType == lineDialogBadLines) {
+        store::Transaction tx(cn);
+        sql.executeSQL(t.proc(), QStringLiteral("update %1 set [in]=0 where not isnumeric([in])").arg(linesTable));
+        sql.executeSQL(t.proc(), QStringLiteral("update %1 set [out]=0 where not isnumeric([out])").arg(linesTable));
+        tx.commit();
+        closeCn();
+        reopenCon();
+    }
+    sendToParent(okWord);
+    exitProg();
+}
+
+void frmMain::cmdCancel_Click()
+{
+    if (progMode != modeNewLines)
+        return;
+    sendToParent(closedWord);
+    exitProg();
+}
+
+bool frmMain::txtMessage_Change(const QString& text)
+{
+    TraceScope t(trace, QStringLiteral("txtMessage_Change"));
+    t.line(text);
+    // Every text the box takes, in the order it is compared. Each handler
+    // that this program has is called; the others are told to the trace.
+    struct Action { const char* text; std::function<void()> run; };
+    const Action table[] = {
+        {"coordinate", nullptr},
+        {"add", nullptr},
+        {"gotoautomatic", nullptr},
+        {"setipus", nullptr},
+        {"gotoipus", nullptr},   // the same as "setipus"
+        {"refresh", [this] { cmdRefresh_Click(); }},
+        {"closed", [this] { cmdRefresh_Click(); }},
+        {"close", [this] { cmdClose_Click(); }},
+        {"bankcoord", nullptr},
+        {"delete", nullptr},
+    };
+    for (const Action& a : table) {
+        if (text != QLatin1String(a.text))
+            continue;
+        if (!a.run) {
+            t.line(QStringLiteral("no handler in this version"));
+            return false;
+        }
+        a.run();
+        return true;
+    }
+    if (text.startsWith(QLatin1String("ltrb"))) {
+        setLTRB(text.mid(5));
+        return true;
+    }
+    return false;
+}
+
+void frmMain::setLTRB(const QString& text)
+{
+    const QStringList p = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    int v[4] = {0, 0, 0, 0};
+    bool ok = p.size() == 4;
+    for (int i = 0; ok && i < 4; ++i)
+        v[i] = p[i].toInt(&ok);
+    trace.traceLine(QStringLiteral("setLTRB"), text);
+    if (!ok || v[2] <= 0 || v[3] <= 0)
+        return;
+    // Left, top, width and height, as the host writes them.
+    ltrb = QRect(v[0], v[1], v[2], v[3]);
+    emit changed();
+}
+
+bool frmMain::clickControl(const QString& name)
+{
+    if (ended_)
+        return false;
+    if (progMode == modeNewLines) {
+        if (name == QLatin1String("cmdOK")) {
+            guarded(name, [this] { cmdOK_Click(); });
+            return true;
+        }
+        if (name == QLatin1String("cmdCancel")) {
+            guarded(name, [this] { cmdCancel_Click(); });
+            return true;
+        }
+    }
+    if (name == QLatin1String("cmdClose")) {
+        guarded(name, [this] { cmdClose_Click(); });
+        return true;
+    }
+    if (name == QLatin1String("cmdRefresh")) {
+        guarded(name, [this] { cmdRefresh_Click(); });
+        return true;
+    }
+    return false;
+}
+
+void frmMain::announceReady()
+{
+    QString text = caption + QStringLiteral(" | mode %1").arg(progMode);
+    if (progMode == modeNewLines)
+        text += QStringLiteral(" type %1").arg(newLineDialogType);
+    // From the event loop, so a scripted click never runs inside the start.
+    QTimer::singleShot(0, this, [this, text] {
+        if (!ended_)
+            ui.windowReady(QStringLiteral("frmMain"), text, [this](const QString& c) { clickControl(c); });
+    });
+}
+
 void frmMain::handleZeroLines()
 {
     if ((progMode == modeNewLines && newLineDialogType == lineDialogUnconfirmedPelkor) || progMode == modeDetail) {
@@ -413,6 +555,8 @@ void frmMain::cmdRefresh_Click()
     openDB(*this, true);
     frameButtonsEnabled = true;
     emit changed();
+    if (progMode == modeDetail)
+        sendToParent(QStringLiteral("refresh"));
 }
 
 void frmMain::exitProg()
@@ -434,6 +578,8 @@ void frmMain::exitProg()
         }
     }
     closeCn();
+    if ((progMode == modeDetail || (progMode == modeMergedReport && isMerged)) && parentTxtMessage != 0)
+        sendToParent(sql.fileChanged ? QStringLiteral("closed") : QStringLiteral("nochange"));
     writeIni();
     if (visible && !filePath.isEmpty() && reopenCon()) {
         try {
@@ -445,6 +591,8 @@ void frmMain::exitProg()
     closeCn();
     if (!feedPath.isEmpty() && !simulateVisible && !isSimulate)
         QFile::remove(feedPath);
+    if (progMode != modeNewLines)
+        sendToExcel(QStringLiteral("unload"));
     endProcess(0);
 }
 

@@ -22,6 +22,7 @@
 
 #include <QDate>
 #include <QObject>
+#include <QRect>
 #include <QString>
 #include <QTimer>
 
@@ -35,6 +36,7 @@ namespace pelkor {
 
 class Messages;
 class Children;
+class Bus;
 
 class frmMain : public QObject {
     Q_OBJECT
@@ -46,6 +48,7 @@ public:
         QStringList arguments;            // the command line, program name excluded
         Messages* messages = nullptr;     // frmMessages; a local one when null
         Children* children = nullptr;     // child instances; none can start when null
+        Bus* bus = nullptr;               // texts to other processes; none go when null
         // Ends the process (after exitProg, or at once). The program quits
         // its event loop; a test records the code.
         std::function<void(int code)> endProcess;
@@ -81,6 +84,27 @@ public:
     // Starts a new-line child of type t on this file (verb line "new<t> ...").
     void openNewDialog(int type);
     void handleZeroLines();
+
+    // ---- a new-line child's buttons ----------------------------------
+    // OK: every line needs a date; bad sums of a bad-lines child become 0;
+    // the parent hears "pelkor OK". Cancel: the parent hears "pelkor CLOSED".
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    // ---- texts from other processes -------------------------------------
+    // What txtMessage does with a text another process (or the outer host)
+    // put into it. Returns false for a text that means nothing here.
+    bool txtMessage_Change(const QString& text);
+    // The outer host places the window: "L T R B" in pixels.
+    void setLTRB(const QString& ltrb);
+    // A control of this window clicked by name (scripted runs, the host).
+    // False when the window has no such control in this mode.
+    bool clickControl(const QString& name);
+    // Tells the scripted dialogs (or nobody) that the window is ready.
+    void announceReady();
+    // The text a child sends its parent, and to the outer host.
+    void sendToParent(const QString& text);
+    void sendToExcel(const QString& text);
 
     // Runs fn; a failure nobody expected is told to the user in Hebrew and
     // traced, and the program stays up. Every entry from the event loop
@@ -166,6 +190,7 @@ public:
     int row = 1;                     // msfgMain.Row
     int topRow = 1;                  // msfgMain.TopRow
     int visibleRows = 20;            // how many rows the view shows (set by the view)
+    QRect ltrb;                      // where the outer host placed the window; null: not placed
     int rows() const { return int(lines.size()) + 1; }
 
     bool ended() const { return ended_; }

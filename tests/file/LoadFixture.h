@@ -105,6 +105,7 @@ protected:
         env.arguments = args;
         env.children = &children;
         env.messages = &messages;
+        env.bus = busOverride;
         env.endProcess = [this](int code) { endCode = code; };
         m = std::make_unique<frmMain>(env);
         m->Form_Load();
@@ -151,6 +152,7 @@ protected:
     QString file;
     PlayedChildren children;
     LocalMessages messages{0x1234abcd};
+    Bus* busOverride = nullptr;
     std::unique_ptr<ui::ScriptedUi> ui_;
     std::unique_ptr<frmMain> m;
     int endCode = -1;
