@@ -84,3 +84,91 @@ TEST(RepairProcess, DamagedFileIsRepairedAndReported)
     // The settings were written back in the data directory.
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("home/pelkor.ini"))));
 }
+
+namespace {
+
+// Runs the repair run of file; kills it after killAfterMs when that is not
+// negative. Returns whether it finished by itself.
+bool repairRun(const QString& dir, const QString& file, int killAfterMs)
+{
+    const QString rules = dir + QStringLiteral("/rules");
+    QFile f(rules);
+    if (!f.open(QIODevice::WriteOnly))
+        return false;
+    f.write((QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n')).toUtf8());
+    f.close();
+    QProcess p;
+    auto env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("PELKOR_HOME"), dir + QStringLiteral("/home"));
+    env.insert(QStringLiteral("PELKOR_DIALOGS"), rules);
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), {});
+    if (killAfterMs >= 0 && !p.waitForFinished(killAfterMs)) {
+        p.kill();
+        p.waitForFinished(10000);
+        return false;
+    }
+    return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit;
+}
+
+QString dump(const QString& file)
+{
+    pelkor::store::Connection cn;
+    cn.open(file);
+    auto rs = cn.execute(QStringLiteral("SELECT id, kind, confirm, zee, memo FROM pelkor ORDER BY id"));
+    QStringList rows;
+    for (long r = 0; r < rs.recordCount(); ++r)
+        rows << QStringLiteral("%1|%2|%3|%4|%5").arg(rs.at(r, 0).toString(), rs.at(r, 1).toString(),
+                                                     rs.at(r, 2).toString(), rs.at(r, 3).toString(),
+                                                     rs.at(r, 4).toString());
+    auto d = cn.execute(QStringLiteral("SELECT isAuto FROM Defaults"));
+    return rows.join(QLatin1Char('\n')) + QStringLiteral("\nisAuto=") + d.at(0, 0).toString();
+}
+
+} // namespace
+
+// A repair run killed at any moment leaves a file that the next run repairs
+// to exactly what one uninterrupted run gives.
+TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
+{
+    QTemporaryDir dir;
+    const QString master = dir.filePath(QStringLiteral("master.pkr"));
+    {
+        pelkor::store::Connection cn;
+        cn.open(master, pelkor::store::Connection::OpenMode::ReadWriteCreate);
+        cn.executeRaw(pelkor::schema::oldDataFileScript());
+        pelkor::schema::fillStandardCatalogue(cn);
+        QString sql = QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0); BEGIN;");
+        // 6,000 lines; every 50th of an unknown kind, every 7th without a
+        // reference, every 11th with the newline prefix; two markers.
+        for (int i = 1; i <= 6000; ++i) {
+            const QDate d = QDate(2024, 1, 1).addDays(i / 20);
+            sql += QStringLiteral("INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+                                  "(%1,'%2','%3',%4,'line %1',%5,%6,%7,'%8','%9');")
+                       .arg(i)
+                       .arg(i % 50 == 0 ? QStringLiteral("+60") : (i % 2 ? QStringLiteral("+1") : QStringLiteral("-1")))
+                       .arg(d.toString(Qt::ISODate))
+                       .arg(i % 7 == 0 ? QStringLiteral("NULL") : QStringLiteral("'%1'").arg(i))
+                       .arg(i % 2 ? 100 : 0)
+                       .arg(i % 2 ? 0 : 60)
+                       .arg(i % 2 ? 1 : 2)
+                       .arg(i == 3000 || i == 4001 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "))
+                       .arg(i % 11 == 0 ? QStringLiteral("newline אדום") : QStringLiteral("ללא צבע"));
+        }
+        cn.executeRaw(sql + QStringLiteral("COMMIT;"));
+    }
+    const QString whole = dir.filePath(QStringLiteral("whole.pkr"));
+    ASSERT_TRUE(QFile::copy(master, whole));
+    ASSERT_TRUE(repairRun(dir.path(), whole, -1));
+    const QString expected = dump(whole);
+
+    for (int killAt : {150, 300, 450, 600, 900}) {
+        SCOPED_TRACE(killAt);
+        const QString file = dir.filePath(QStringLiteral("k%1.pkr").arg(killAt));
+        ASSERT_TRUE(QFile::copy(master, file));
+        repairRun(dir.path(), file, killAt);
+        ASSERT_TRUE(repairRun(dir.path(), file, -1));
+        EXPECT_EQ(dump(file), expected);
+    }
+}
