@@ -104,6 +104,10 @@ void frmMainView::mirror()
     newLines_->setVisible(!m_.lblNewLines.isEmpty());
     table_->setVisible(m_.gridVisible);
     setEnabled(m_.enabled);
+    if (!m_.ltrb.isNull() && m_.ltrb != placed_) {
+        placed_ = m_.ltrb;
+        setGeometry(placed_);
+    }
     if (status_->text() != m_.lblStatus) {
         status_->setText(m_.lblStatus);
         // A load runs without returning to the event loop: paint the stage now.

@@ -33,6 +33,7 @@ private:
     QLabel* newLines_ = nullptr;
     QTableView* table_ = nullptr;
     LinesModel* model_ = nullptr;
+    QRect placed_;   // the last place the outer host gave
 };
 
 } // namespace pelkor

@@ -137,7 +137,9 @@ protected:
             return out;
         for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             const QStringList p = line.split(QLatin1Char('\t'));
-            if (p.value(1) != QLatin1String("start") && p.value(1) != QLatin1String("exit"))
+            // The window's readiness is no question to the user.
+            if (p.value(1) != QLatin1String("start") && p.value(1) != QLatin1String("exit")
+                && p.value(1) != QLatin1String("window"))
                 out << p.mid(1).join(QLatin1Char('|'));
         }
         return out;

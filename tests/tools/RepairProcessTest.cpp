@@ -23,6 +23,53 @@ QStringList promptsOf(const QString& transcript)
     return out;
 }
 
+// Runs the repair run of file, headless, with these rules after the one
+// that picks the file, and a transcript when one is named; kills it after
+// killAfterMs when that is not negative. Returns the exit code, or -1 when
+// it did not finish by itself.
+int repairRun(const QString& dir, const QString& file, int killAfterMs, const QString& moreRules = {},
+              const QString& transcript = {})
+{
+    const QString rules = dir + QStringLiteral("/rules");
+    QFile f(rules);
+    if (!f.open(QIODevice::WriteOnly))
+        return -1;
+    f.write((QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n') + moreRules).toUtf8());
+    f.close();
+    QProcess p;
+    auto env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("PELKOR_HOME"), dir + QStringLiteral("/home"));
+    env.insert(QStringLiteral("PELKOR_DIALOGS"), rules);
+    if (!transcript.isEmpty())
+        env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), {});
+    if (killAfterMs >= 0 && !p.waitForFinished(killAfterMs)) {
+        p.kill();
+        p.waitForFinished(10000);
+        return -1;
+    }
+    if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit)
+        return -1;
+    return p.exitCode();
+}
+
+QString dump(const QString& file)
+{
+    pelkor::store::Connection cn;
+    cn.open(file);
+    auto rs = cn.execute(QStringLiteral("SELECT id, kind, confirm, zee, memo FROM pelkor ORDER BY id"));
+    QStringList rows;
+    for (long r = 0; r < rs.recordCount(); ++r)
+        rows << QStringLiteral("%1|%2|%3|%4|%5").arg(rs.at(r, 0).toString(), rs.at(r, 1).toString(),
+                                                     rs.at(r, 2).toString(), rs.at(r, 3).toString(),
+                                                     rs.at(r, 4).toString());
+    auto d = cn.execute(QStringLiteral("SELECT isAuto FROM Defaults"));
+    return rows.join(QLatin1Char('\n')) + QStringLiteral("\nisAuto=") + d.at(0, 0).toString();
+}
+
+
 } // namespace
 
 TEST(RepairProcess, DamagedFileIsRepairedAndReported)
@@ -41,35 +88,22 @@ TEST(RepairProcess, DamagedFileIsRepairedAndReported)
             "(2,'+77','2025-03-02','2','b',10,0,1,' ','ללא צבע'),"
             "(3,'-1','2025-03-03','3','c',0,4,2,' ','newline אדום');"));
     }
-    const QString rules = dir.filePath(QStringLiteral("rules"));
-    {
-        QFile f(rules);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QStringLiteral("# the file, then the zeroing date\nבחר קובץ => %1\nfrmNoIpus => optDate=1;txtDate=05/03/2025\n")
-                    .arg(file).toUtf8());
-    }
     const QString transcript = dir.filePath(QStringLiteral("transcript.tsv"));
-    QProcess p;
-    auto env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("PELKOR_HOME"), dir.filePath(QStringLiteral("home")));
-    env.insert(QStringLiteral("PELKOR_DIALOGS"), rules);
-    env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), {});
-    ASSERT_TRUE(p.waitForFinished(60000));
-    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    EXPECT_EQ(repairRun(dir.path(), file, -1, QStringLiteral("# the zeroing date\nfrmNoIpus => optDate=1;txtDate=05/03/2025\n"),
+                        transcript),
+              0);
 
     const QStringList got = promptsOf(transcript);
-    ASSERT_EQ(got.size(), 7) << got.join(QLatin1Char('\n')).toStdString();
+    ASSERT_EQ(got.size(), 8) << got.join(QLatin1Char('\n')).toStdString();
     EXPECT_EQ(got[0], QStringLiteral("start||" PELKOR_BINARY_DIR "/prjPelkor|"));
     EXPECT_EQ(got[1], QStringLiteral("open|בחר קובץ|פלקור (*.pkr)|*.pkr|") + file);
     EXPECT_EQ(got[2], QStringLiteral("frmNoIpus|שורת איפוס|מערכת הפלקור לא מצאה שורת איפוס בקובץ הפלקור שבחרת. "
                                      "יש לבחור תאריך משוער בו נעשה איפוס אחרון מול חשבון הבנק.|optDate=1;txtDate=05/03/2025"));
     EXPECT_EQ(got[3], QStringLiteral("msgbox|תאריך איפוס|תאריך האיפוס נקבע ל-03/03/2025,\\nמכיוון שאין שורות בתאריך 05/03/2025|OK"));
     EXPECT_EQ(got[4], QStringLiteral("msgbox|סיווג לא חוקי|נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\\n77+|OK"));
-    EXPECT_EQ(got[5], QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK"));
-    EXPECT_EQ(got[6], QStringLiteral("exit||0|"));
+    EXPECT_EQ(got[5], QStringLiteral("window|frmMain|פלקור - my shop | mode 2|"));
+    EXPECT_EQ(got[6], QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK"));
+    EXPECT_EQ(got[7], QStringLiteral("exit||0|"));
 
     pelkor::store::Connection cn;
     cn.open(file);
@@ -85,48 +119,6 @@ TEST(RepairProcess, DamagedFileIsRepairedAndReported)
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("home/pelkor.ini"))));
 }
 
-namespace {
-
-// Runs the repair run of file; kills it after killAfterMs when that is not
-// negative. Returns whether it finished by itself.
-bool repairRun(const QString& dir, const QString& file, int killAfterMs)
-{
-    const QString rules = dir + QStringLiteral("/rules");
-    QFile f(rules);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write((QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n')).toUtf8());
-    f.close();
-    QProcess p;
-    auto env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("PELKOR_HOME"), dir + QStringLiteral("/home"));
-    env.insert(QStringLiteral("PELKOR_DIALOGS"), rules);
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), {});
-    if (killAfterMs >= 0 && !p.waitForFinished(killAfterMs)) {
-        p.kill();
-        p.waitForFinished(10000);
-        return false;
-    }
-    return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit;
-}
-
-QString dump(const QString& file)
-{
-    pelkor::store::Connection cn;
-    cn.open(file);
-    auto rs = cn.execute(QStringLiteral("SELECT id, kind, confirm, zee, memo FROM pelkor ORDER BY id"));
-    QStringList rows;
-    for (long r = 0; r < rs.recordCount(); ++r)
-        rows << QStringLiteral("%1|%2|%3|%4|%5").arg(rs.at(r, 0).toString(), rs.at(r, 1).toString(),
-                                                     rs.at(r, 2).toString(), rs.at(r, 3).toString(),
-                                                     rs.at(r, 4).toString());
-    auto d = cn.execute(QStringLiteral("SELECT isAuto FROM Defaults"));
-    return rows.join(QLatin1Char('\n')) + QStringLiteral("\nisAuto=") + d.at(0, 0).toString();
-}
-
-} // namespace
 
 // A repair run killed at any moment leaves a file that the next run repairs
 // to exactly what one uninterrupted run gives.
@@ -141,7 +133,10 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
         pelkor::schema::fillStandardCatalogue(cn);
         QString sql = QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0); BEGIN;");
         // 6,000 lines; every 50th of an unknown kind, every 7th without a
-        // reference, every 11th with the newline prefix; two markers.
+        // reference, every 11th with the newline prefix; the marker on a
+        // line that is not the last of its date. (Two markers would not do:
+        // each load moves one of them, so two loads differ from one by
+        // design.)
         for (int i = 1; i <= 6000; ++i) {
             const QDate d = QDate(2024, 1, 1).addDays(i / 20);
             sql += QStringLiteral("INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
@@ -153,14 +148,14 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
                        .arg(i % 2 ? 100 : 0)
                        .arg(i % 2 ? 0 : 60)
                        .arg(i % 2 ? 1 : 2)
-                       .arg(i == 3000 || i == 4001 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "))
+                       .arg(i == 3001 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "))
                        .arg(i % 11 == 0 ? QStringLiteral("newline אדום") : QStringLiteral("ללא צבע"));
         }
         cn.executeRaw(sql + QStringLiteral("COMMIT;"));
     }
     const QString whole = dir.filePath(QStringLiteral("whole.pkr"));
     ASSERT_TRUE(QFile::copy(master, whole));
-    ASSERT_TRUE(repairRun(dir.path(), whole, -1));
+    ASSERT_EQ(repairRun(dir.path(), whole, -1), 0);
     const QString expected = dump(whole);
 
     for (int killAt : {150, 300, 450, 600, 900}) {
@@ -168,7 +163,7 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
         const QString file = dir.filePath(QStringLiteral("k%1.pkr").arg(killAt));
         ASSERT_TRUE(QFile::copy(master, file));
         repairRun(dir.path(), file, killAt);
-        ASSERT_TRUE(repairRun(dir.path(), file, -1));
-        EXPECT_EQ(dump(file), expected);
+        ASSERT_EQ(repairRun(dir.path(), file, -1), 0);
+        EXPECT_TRUE(dump(file) == expected);   // (a 6,000-line difference is no use printed)
     }
 }
