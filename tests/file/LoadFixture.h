@@ -129,7 +129,10 @@ protected:
 
     QString transcriptPath() const { return dir.filePath(QStringLiteral("transcript.tsv")); }
     // "kind|title|text|answer" of every prompt, in order.
-    QStringList prompts() const
+    QStringList prompts() const { return records(false); }
+    // "window|title|text|answer" of each window that became ready.
+    QStringList windows() const { return records(true); }
+    QStringList records(bool windows) const
     {
         QFile f(transcriptPath());
         QStringList out;
@@ -138,8 +141,8 @@ protected:
         for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             const QStringList p = line.split(QLatin1Char('\t'));
             // The window's readiness is no question to the user.
-            if (p.value(1) != QLatin1String("start") && p.value(1) != QLatin1String("exit")
-                && p.value(1) != QLatin1String("window"))
+            const bool window = p.value(1) == QLatin1String("window");
+            if (p.value(1) != QLatin1String("start") && p.value(1) != QLatin1String("exit") && window == windows)
                 out << p.mid(1).join(QLatin1Char('|'));
         }
         return out;
