@@ -1,0 +1,199 @@
+#include "app/grid/GridView.h"
+
+#include "app/grid/RedLine.h"
+#include "seams/grid/GridTableModel.h"
+
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace pelkor::grid {
+
+namespace {
+// One notch of a wheel, in eighths of a degree (Qt's angleDelta unit).
+constexpr int notch = 120;
+
+// Flag held for the life of the object.
+struct Hold {
+    explicit Hold(bool& b) : b_(b), was_(b) { b_ = true; }
+    ~Hold() { b_ = was_; }
+    bool& b_;
+    bool was_;
+};
+} // namespace
+
+GridView::GridView(GridModel& g, QWidget* parent) : QTableView(parent), g_(g)
+{
+    model_ = new GridTableModel(g_, this);
+    model_->setBaseFont(font());
+    setModel(model_);
+    setLayoutDirection(Qt::RightToLeft);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::ContiguousSelection);
+    setWordWrap(false);
+    verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    redLine_ = new RedLine(this);
+
+    connect(model_, &GridTableModel::rowHeightsChanged, this, &GridView::applyHeights);
+    connect(model_, &GridTableModel::columnWidthsChanged, this, &GridView::applyWidths);
+    connect(model_, &GridTableModel::cursorChanged, this, &GridView::applyCursor);
+    connect(model_, &GridTableModel::topRowChanged, this, &GridView::applyTopRow);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        applyHeights();
+        setRedLineRow(redLineGridRow_);
+    });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { takeTopRow(); });
+    applyHeights();
+    applyWidths();
+}
+
+GridView::~GridView() = default;
+
+void GridView::setRedLineRow(int gridRow)
+{
+    redLineGridRow_ = gridRow;
+    redLine_->setRow(gridRow < g_.FixedRows() ? -1 : gridRow - g_.FixedRows());
+}
+
+int GridView::pageRows() const
+{
+    const int h = verticalHeader()->defaultSectionSize();
+    return h > 0 ? std::max(1, viewport()->height() / h) : 1;
+}
+
+void GridView::applyHeights()
+{
+    for (int r : hiddenRows_)
+        if (r < model_->rowCount())
+            setRowHidden(r, false);
+    hiddenRows_.clear();
+    const int fixed = g_.FixedRows();
+    const int n = std::min(model_->rowCount(), g_.Rows() - fixed);
+    for (int r = 0; r < n; ++r) {
+        const int h = g_.RowHeight(r + fixed);
+        if (h == 0) {
+            setRowHidden(r, true);
+            hiddenRows_.push_back(r);
+        } else if (h != GridModel::defaultRowHeight) {
+            setRowHeight(r, std::max(1, h / twipsPerPixel));
+        }
+    }
+    redLine_->place();
+}
+
+void GridView::applyWidths()
+{
+    const int fixed = g_.FixedCols();
+    for (int c = 0; c < model_->columnCount(); ++c) {
+        const int w = g_.ColWidth(c + fixed);
+        if (w >= 0)
+            setColumnWidth(c, w / twipsPerPixel);
+    }
+}
+
+void GridView::applyCursor()
+{
+    if (syncing_)
+        return;   // the cursor came from the view
+    const QModelIndex cur = model_->indexOf(g_.Row(), g_.Col());
+    if (!cur.isValid())
+        return;
+    Hold h(syncing_);
+    // Moving the cursor by code does not scroll: TopRow is the logic's to
+    // set, as on the old grid.
+    const bool scrolls = hasAutoScroll();
+    setAutoScroll(false);
+    const QModelIndex sel = model_->indexOf(g_.RowSel(), g_.ColSel());
+    selectionModel()->setCurrentIndex(cur, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(QItemSelection(cur, sel.isValid() ? sel : cur), QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(scrolls);
+}
+
+void GridView::applyTopRow()
+{
+    if (syncing_)
+        return;   // the view is where the grid's top row came from
+    const QModelIndex top = model_->indexOf(g_.TopRow(), std::max(g_.Col(), g_.FixedCols()));
+    if (!top.isValid())
+        return;
+    Hold h(syncing_);
+    scrollTo(top, QAbstractItemView::PositionAtTop);
+    redLine_->place();
+}
+
+void GridView::takeTopRow()
+{
+    if (syncing_)
+        return;
+    const int top = rowAt(0);
+    if (top < 0)
+        return;
+    Hold h(syncing_);
+    const int before = g_.TopRow();
+    g_.setTopRow(top + g_.FixedRows());
+    if (g_.TopRow() != before)
+        emit scrolled(g_.TopRow());
+}
+
+void GridView::wheelEvent(QWheelEvent* e)
+{
+    const int dy = e->angleDelta().y();
+    if (dy == 0) {
+        QTableView::wheelEvent(e);
+        return;
+    }
+    // A touchpad sends small steps: a page for every notch they add up to.
+    wheelRest_ += dy;
+    while (std::abs(wheelRest_) >= notch) {
+        const int rotation = wheelRest_ > 0 ? notch : -notch;
+        wheelRest_ -= rotation;
+        wheelScroll(g_, rotation);
+    }
+    e->accept();
+}
+
+void GridView::resizeEvent(QResizeEvent* e)
+{
+    QTableView::resizeEvent(e);
+    g_.setVisibleRows(pageRows());
+    redLine_->place();
+}
+
+void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (syncing_ || !current.isValid())
+        return;
+    const int r = model_->gridRow(current.row()), c = model_->gridCol(current.column());
+    // A drag or a shifted move stretches the selection from the cursor,
+    // which stays, as the old grid did; anything else moves the cursor.
+    const bool stretch = dragging_ || (QGuiApplication::keyboardModifiers() & Qt::ShiftModifier);
+    Hold h(syncing_);
+    if (stretch) {
+        g_.setRowSel(r);
+        g_.setColSel(c);
+        return;
+    }
+    g_.setRow(r);
+    g_.setCol(c);
+    emit cellEntered(r, c);
+}
+
+void GridView::mouseMoveEvent(QMouseEvent* e)
+{
+    if (!(e->buttons() & Qt::LeftButton)) {
+        QTableView::mouseMoveEvent(e);
+        return;
+    }
+    Hold h(dragging_);
+    QTableView::mouseMoveEvent(e);
+}
+
+} // namespace pelkor::grid

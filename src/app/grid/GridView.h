@@ -1,0 +1,79 @@
+// GridView: a table view that paints a GridModel, right to left.
+//
+// It shows the grid through GridTableModel (the fixed row as the column
+// headers, the fixed column as the row headers) and keeps the two in step
+// both ways:
+//   grid -> view: hidden rows and row heights, column widths, the cursor
+//                 and its selection, the top row;
+//   view -> grid: the top row after a scroll, the cursor after a click or
+//                 a key, and visibleRows after a resize.
+// A notch of the wheel scrolls one page (wheelScroll). The red line is
+// placed under the row the owner names (setRedLineRow).
+//
+// The view decides nothing about the ledger: it tells its owner that the
+// cursor entered a cell (cellEntered) and the owner forwards that to the
+// logic. A drag or a shifted click or key stretches RowSel and ColSel
+// from the cursor, which stays where it was.
+#pragma once
+
+#include "seams/grid/GridModel.h"
+
+#include <QTableView>
+
+#include <vector>
+
+namespace pelkor::grid {
+
+class GridTableModel;
+class RedLine;
+
+class GridView : public QTableView {
+    Q_OBJECT
+public:
+    // Twips in a pixel at the desktop's usual 96 dots an inch.
+    static constexpr int twipsPerPixel = 15;
+
+    explicit GridView(GridModel& g, QWidget* parent = nullptr);
+    ~GridView() override;
+
+    GridModel& grid() const { return g_; }
+    GridTableModel* tableModel() const { return model_; }
+    RedLine* redLine() const { return redLine_; }
+
+    // The grid row under which the red line lies; -1: none.
+    void setRedLineRow(int gridRow);
+
+    // Whole body rows that fit in the viewport at the default row height.
+    int pageRows() const;
+
+signals:
+    // The user moved the cursor to (row, col) of the grid (Row and Col of
+    // the grid are already set).
+    void cellEntered(int row, int col);
+    // The top row changed by a scroll of the user.
+    void scrolled(int topRow);
+
+protected:
+    void wheelEvent(QWheelEvent* e) override;
+    void resizeEvent(QResizeEvent* e) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void mouseMoveEvent(QMouseEvent* e) override;
+
+private:
+    void applyHeights();
+    void applyWidths();
+    void applyCursor();
+    void applyTopRow();
+    void takeTopRow();
+
+    GridModel& g_;
+    GridTableModel* model_ = nullptr;
+    RedLine* redLine_ = nullptr;
+    int redLineGridRow_ = -1;
+    std::vector<int> hiddenRows_;   // item rows this view hid
+    int wheelRest_ = 0;             // eighths of a degree not yet a notch
+    bool syncing_ = false;          // one side moves because the other did
+    bool dragging_ = false;         // a drag with the left button is under way
+};
+
+} // namespace pelkor::grid

@@ -1,0 +1,321 @@
+#include "file/Display.h"
+
+#include "file/Lines.h"
+#include "frame/Modes.h"
+#include "frame/frmMain.h"
+#include "seams/grid/GridModel.h"
+#include "seams/store/TextForms.h"
+
+#include <array>
+
+namespace pelkor {
+
+using grid::CellStyle;
+using grid::GridModel;
+
+namespace {
+
+bool noBalanceMode(int progMode) { return progMode == modeDetail || progMode == modeNewLines; }
+
+bool isRelated(const Line& L) { return L.relate == 99 || L.relate == -1; }
+
+QString dateText(const QDate& d) { return d == nullDate() ? QString() : formatDate224(d); }
+
+// The number a cell shows, read back from FormatSum's form; 0 for an
+// empty cell or text that is no number.
+double cellNumber(const GridModel& g, int r, int c)
+{
+    const std::string_view s = g.textUtf8(r, c);
+    double v = 0;
+    return store::text::parseNumber(s.data(), s.data() + s.size(), v) ? v : 0;
+}
+
+// The row's colour: the balancing line's, else getRowBackColor.
+std::uint32_t rowColor(const frmMain& m, int i, const QString& balancingId)
+{
+    if (!balancingId.isEmpty() && m.lines[size_t(i)].Id == balancingId)
+        return colors::balancingLine;
+    return getRowBackColor(m, i);
+}
+
+QString idText(long long id) { return id == -1 ? QString() : QString::number(id); }
+
+CellStyle memoStyle(const Line& L, std::uint32_t back)
+{
+    const int n = getColorNum(L.Memo);
+    // The last word is "no colour": plain black text.
+    return CellStyle{back, colorValues()[size_t(n)], n != int(colorWords().size()) - 1};
+}
+
+CellStyle sumStyle(const Line& L, double sum, std::uint32_t back)
+{
+    const bool forecast = sum != 0 && L.isTzefi;
+    return CellStyle{back, forecast ? colors::forecastSum : colors::text, forecast};
+}
+
+// The colours a cell of line i has by the rules, with back the row's
+// colour. Marked lines show the mark's colour, except the kind cell of a
+// related line, which keeps its own.
+CellStyle cellStyle(const frmMain& m, int i, int col, std::uint32_t back)
+{
+    const Line& L = m.lines[size_t(i)];
+    const std::uint32_t body = L.isPainted ? colors::markCell : back;
+    switch (col) {
+    case colMark: return CellStyle{colors::markCell, colors::text, false};
+    case colKind: return CellStyle{isRelated(L) ? colors::relateKind : body, colors::text, false};
+    case colDate:
+    case colConfirm:
+    case colDetail: return memoStyle(L, body);
+    case colIn: return sumStyle(L, L.In, body);
+    case colOut: return sumStyle(L, L.out, body);
+    case colBalance: {
+        const bool over = L.balance - m.theCredit < 0;
+        const std::uint8_t alt = size_t(i) < m.alternatingIndexes.size() ? m.alternatingIndexes[size_t(i)] : 0;
+        return CellStyle{colors::balanceBack[alt & 1], over ? colors::overCredit : colors::text, over};
+    }
+    default: return CellStyle{body, colors::text, false};
+    }
+}
+
+// Writes the balance of line i into its cell, with the credit test: a
+// balance below theCredit is red and bold. The background is the cell's.
+void drawBalanceCell(const frmMain& m, GridModel& g, int i)
+{
+    const Line& L = m.lines[size_t(i)];
+    const int r = i + 1;
+    g.setText(r, colBalance, FormatSum(L.balance));
+    CellStyle s = g.style(r, colBalance);
+    const bool over = L.balance - m.theCredit < 0;
+    s.fore = over ? colors::overCredit : colors::text;
+    s.bold = over;
+    g.setStyle(r, colBalance, s);
+}
+
+// Redraw off for the life of the object, then back as it was.
+class RedrawOff {
+public:
+    explicit RedrawOff(GridModel& g) : g_(g), was_(g.Redraw()) { g_.setRedraw(false); }
+    ~RedrawOff() { g_.setRedraw(was_); }
+    RedrawOff(const RedrawOff&) = delete;
+    RedrawOff& operator=(const RedrawOff&) = delete;
+
+private:
+    GridModel& g_;
+    bool was_;
+};
+
+} // namespace
+
+bool hasBalanceColumn(const frmMain& m)
+{
+    return !noBalanceMode(m.progMode);
+}
+
+int mainGridCols(const frmMain& m)
+{
+    return hasBalanceColumn(m) ? colBalance + 1 : colBalance;
+}
+
+void initMainGrid(const frmMain& m, GridModel& g)
+{
+    static const std::array<QString, colBalance + 1> captions{
+        QString(), QString(), QStringLiteral("סיווג"), QStringLiteral("תאריך"), QStringLiteral("אסמכתא"),
+        QStringLiteral("פירוט"), QStringLiteral("הכנסה"), QStringLiteral("הוצאה"), QStringLiteral("סוג"),
+        QStringLiteral("יתרה")};
+    const int last = std::min(g.Cols(), mainGridCols(m)) - 1;
+    for (int c = 0; c <= last; ++c)
+        g.setText(0, c, captions[size_t(c)]);
+    g.setStyle(0, g.FixedCols(), g.Cols() - 1, CellStyle{colors::header, colors::headerText, false});
+    // Sums read left to right, so they stand at the left of their cells.
+    for (int c : {colIn, colOut, colBalance})
+        g.setColAlignment(c, grid::Align::Left);
+}
+
+bool isLineConverted(const frmMain& m, int i)
+{
+    if (!m.isMerged)
+        return m.conv != 0;
+    if (i < 0 || size_t(i) >= m.mergedBankIndexes.size())
+        return false;
+    const int bank = m.mergedBankIndexes[size_t(i)];
+    return bank >= 0 && size_t(bank) < m.convs.size() && m.convs[size_t(bank)] != 0;
+}
+
+std::uint32_t getRowBackColor(const frmMain& m, int i)
+{
+    if (isLineConverted(m, i))
+        return colors::converted;
+    if (m.progMode == modeSplitScreen)
+        return colors::rowBack[0];
+    const std::uint8_t alt = i >= 0 && size_t(i) < m.alternatingIndexes.size() ? m.alternatingIndexes[size_t(i)] : 0;
+    return colors::rowBack[alt & 1];
+}
+
+int drawLoad(frmMain& m, GridModel& g, long long balancingLineID, const PaintedIDs* painted)
+{
+    RedrawOff off(g);
+    const int n = int(m.lines.size());
+    g.clear();
+    g.setFixedRows(1);
+    g.setFixedCols(1);
+    g.setCols(mainGridCols(m));
+    g.setRows(n + 1);
+    initMainGrid(m, g);
+
+    const bool withBalance = hasBalanceColumn(m);
+    const QString balancingId = idText(balancingLineID);
+    const int lastPainted = g.Cols() - 2;   // the marked colour stops short of the last column
+    m.alternatingIndexes.assign(size_t(n), 0);
+    double balance = 0;
+    std::uint8_t alternate = 0;
+    int converted = 0;
+    for (int i = 0; i < n; ++i) {
+        Line& L = m.lines[size_t(i)];
+        const int r = clipRowNum(i + 1, g.Rows());
+        balance = nextBalance(balance, L);
+        L.balance = balance;
+        // The fixed cell and colMark stay empty, as clear() left them.
+        if (i > 0 && L.Date != m.lines[size_t(i) - 1].Date)
+            alternate ^= 1;
+        m.alternatingIndexes[size_t(i)] = alternate;
+        if (isLineConverted(m, i))
+            ++converted;
+        L.isPainted = false;   // the mark's colour comes last, below
+        const std::uint32_t back = rowColor(m, i, balancingId);
+
+        g.setStyle(r, colMark, cellStyle(m, i, colMark, back));
+        g.setText(r, colKind, FormatKind(L.kind));
+        g.setStyle(r, colKind, cellStyle(m, i, colKind, back));
+        g.setText(r, colDate, dateText(L.Date));
+        g.setText(r, colConfirm, L.confirm);
+        g.setText(r, colDetail, L.detail);
+        g.setStyle(r, colDate, colDetail, cellStyle(m, i, colDate, back));
+        g.setText(r, colIn, FormatSum(L.In));
+        g.setStyle(r, colIn, cellStyle(m, i, colIn, back));
+        g.setText(r, colOut, FormatSum(L.out));
+        g.setStyle(r, colOut, cellStyle(m, i, colOut, back));
+        g.setText(r, colType, L.Type);
+        g.setStyle(r, colType, cellStyle(m, i, colType, back));
+        if (withBalance) {
+            g.setStyle(r, colBalance, CellStyle{colors::balanceBack[alternate], colors::text, false});
+            drawBalanceCell(m, g, i);
+        }
+        if (painted && painted->contains(L.Id)) {
+            L.isPainted = true;
+            for (int c = colKind; c <= lastPainted; ++c)
+                g.setBackColor(r, c, colors::markCell);
+        }
+    }
+    return converted;
+}
+
+void CalcBalances(frmMain& m, GridModel& g, int startRow, bool keepRedrawOff)
+{
+    if (noBalanceMode(m.progMode))
+        return;
+    // The cells are written by address: the cursor need not visit them,
+    // so Row and Col stay as they are.
+    g.setRedraw(false);
+    if (startRow < 1)
+        startRow = 1;
+    double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
+    const int lastRow = std::min(g.Rows() - 1, int(m.lines.size()));
+    for (int r = startRow; r <= lastRow; ++r) {
+        Line& L = m.lines[size_t(r) - 1];
+        balance = nextBalance(balance, L);
+        L.balance = balance;
+        drawBalanceCell(m, g, r - 1);
+    }
+    g.refresh();
+    if (!keepRedrawOff)
+        g.setRedraw(true);
+}
+
+Totals calcTotals(const frmMain& m)
+{
+    double in = 0, out = 0;
+    for (const Line& L : m.lines) {
+        in += L.In;
+        out += L.out;
+    }
+    return Totals{FormatSum(in), FormatSum(out)};
+}
+
+SummaryLabels refreshMainSummaryLabels(const frmMain& m, const GridModel& g, const PaintedIDs* painted)
+{
+    if (!painted || painted->isEmpty())
+        return {};
+    double in = 0, out = 0;
+    int count = 0;
+    const int n = std::min(int(m.lines.size()), g.Rows() - 1);
+    for (int i = 0; i < n; ++i) {
+        if (!painted->contains(m.lines[size_t(i)].Id))
+            continue;
+        ++count;
+        in += cellNumber(g, i + 1, colIn);
+        out += cellNumber(g, i + 1, colOut);
+    }
+    if (count == 0)
+        return {};
+    return SummaryLabels{FormatSum(in), FormatSum(out),
+                         count == 1 ? QStringLiteral("שורה אחת מסומנת")
+                                    : QString::number(count) + QStringLiteral(" שורות מסומנות")};
+}
+
+void updateCursorCells(const frmMain& m, GridModel& g, CursorMarks& marks, long long balancingLineID)
+{
+    const int row = g.Row(), col = g.Col();
+    const int nLines = int(m.lines.size());
+    const bool wasOn = g.Redraw();
+    g.setRedraw(false);
+    if (row != marks.lastRow) {
+        if (marks.lastRow >= g.FixedRows() && marks.lastRow < g.Rows())
+            g.setText(marks.lastRow, 0, QString());
+        if (row >= g.FixedRows())
+            g.setText(row, 0, QStringLiteral("o"));
+        marks.lastRow = row;
+    }
+    // The cell that showed the cursor goes back to its colours; at most one
+    // cell shows them at any time.
+    if (marks.litRow >= 1 && marks.litRow <= nLines && marks.litRow < g.Rows() && marks.litCol >= colKind
+        && marks.litCol < g.Cols() && (marks.litRow != row || marks.litCol != col)) {
+        const int i = marks.litRow - 1;
+        g.setStyle(marks.litRow, marks.litCol, cellStyle(m, i, marks.litCol, rowColor(m, i, idText(balancingLineID))));
+        marks.litRow = marks.litCol = -99;
+    }
+    if (row >= 1 && row <= nLines && col >= g.FixedCols() && col != colMark && col != colBalance) {
+        CellStyle s = g.style(row, col);
+        s.back = colors::currentBack;
+        s.fore = colors::currentText;
+        g.setStyle(row, col, s);
+        marks.litRow = row;
+        marks.litCol = col;
+    }
+    g.setRedraw(wasOn);
+}
+
+RedLinePlace maybeDrawLine(int iRowAboveRed, int topRow, int visibleRows, int progMode, bool isMerged)
+{
+    if (noBalanceMode(progMode) || isMerged || iRowAboveRed < 1)
+        return {};
+    if (iRowAboveRed < topRow || iRowAboveRed >= topRow + visibleRows)
+        return {};
+    return RedLinePlace{true, iRowAboveRed - topRow};
+}
+
+int redLineRow(const frmMain& m)
+{
+    return noBalanceMode(m.progMode) || m.isMerged || m.iRowAboveRed < 1 ? -1 : m.iRowAboveRed;
+}
+
+RedLinePlace maybeDrawLine(const frmMain& m, const GridModel& g)
+{
+    if (noBalanceMode(m.progMode) || m.isMerged || !g.RowIsVisible(m.iRowAboveRed) || m.iRowAboveRed < g.TopRow())
+        return {};
+    int k = 0;
+    for (int r = g.TopRow(); r < m.iRowAboveRed; ++r)
+        k += g.isRowHidden(r) ? 0 : 1;
+    return RedLinePlace{true, k};
+}
+
+} // namespace pelkor

@@ -1,0 +1,146 @@
+// Display: how the main grid shows the lines of a load.
+//
+// Grid row i+1 holds lines[i]. This file fixes the columns and their
+// captions, the colours of every cell, the running balance and the credit
+// test, the cursor's cell colours and its "o" mark, the place of the red
+// line under the last line that agrees with the bank, and the totals
+// under the grid. It writes only to a grid::GridModel and to the balance
+// and alternation fields of frmMain's lines; the view paints the model.
+//
+// The running balance is computed in one place (nextBalance and
+// drawBalanceCell), which both a load's drawing and CalcBalances use, so
+// a recomputation from the first row gives exactly what the load showed.
+//
+// Not here: reading the lines (file/Loader), what the cursor's move does
+// to the ledger besides the cells (editing), and the widgets.
+#pragma once
+
+#include "file/Lines.h"
+#include "frame/Format.h"
+
+#include <QSet>
+#include <QString>
+
+#include <cstdint>
+
+namespace pelkor {
+
+class frmMain;
+namespace grid { class GridModel; }
+
+// ---- columns of the main grid -------------------------------------------
+// Column 0 is fixed (the "o" of the current row); row 0 is the header.
+inline constexpr int colMark = 1;      // "v" on a confirmed row
+inline constexpr int colKind = 2;
+inline constexpr int colDate = 3;
+inline constexpr int colConfirm = 4;
+inline constexpr int colDetail = 5;
+inline constexpr int colIn = 6;
+inline constexpr int colOut = 7;
+inline constexpr int colType = 8;
+inline constexpr int colBalance = 9;   // not in progMode 3 and 4
+
+// ---- colours (lowest byte red) --------------------------------------------
+namespace colors {
+inline constexpr std::uint32_t header = rgb(128, 128, 192);
+inline constexpr std::uint32_t headerText = rgb(255, 255, 255);
+inline constexpr std::uint32_t rowBack[2] = {rgb(255, 255, 255), rgb(227, 227, 255)};
+inline constexpr std::uint32_t balanceBack[2] = {rgb(255, 255, 153), rgb(255, 255, 79)};
+inline constexpr std::uint32_t converted = rgb(255, 128, 255);
+inline constexpr std::uint32_t markCell = rgb(244, 208, 230);
+// The balancing line's row, and the kind cell of a line with relate 99 or -1.
+inline constexpr std::uint32_t balancingLine = rgb(255, 255, 153);
+inline constexpr std::uint32_t relateKind = rgb(255, 255, 153);
+inline constexpr std::uint32_t forecastSum = rgb(0, 128, 255);
+inline constexpr std::uint32_t overCredit = rgb(255, 0, 0);
+inline constexpr std::uint32_t text = rgb(0, 0, 0);
+inline constexpr std::uint32_t currentBack = rgb(1, 0, 0);
+inline constexpr std::uint32_t currentText = rgb(255, 255, 255);
+} // namespace colors
+
+// The line ids marked in the grid (paintedIDs); null: none are set.
+using PaintedIDs = QSet<QString>;
+
+// Whether the grid has the balance column: not in progMode 3 and 4.
+bool hasBalanceColumn(const frmMain& m);
+// 10 columns, or 9 without the balance.
+int mainGridCols(const frmMain& m);
+
+// Writes the header row: the captions, the balance caption only where the
+// grid has that column, and the header colours on every header cell from
+// the first non-fixed column on. The sum columns align left.
+void initMainGrid(const frmMain& m, grid::GridModel& g);
+
+// Line i is converted: its file's conv (or, merged, the conv of its bank
+// file) is not 0.
+bool isLineConverted(const frmMain& m, int i);
+// Pink for a converted line; white in progMode 0; else by
+// alternatingIndexes[i].
+std::uint32_t getRowBackColor(const frmMain& m, int i);
+
+// The balance after line L, given the balance before it. Sums are added in
+// display order, as doubles, In first.
+inline double nextBalance(double before, const Line& L) { return before + L.In - L.out; }
+
+// Draws a load into g: shape (a header row, a fixed column, a row per
+// line), header, and every cell. Fills lines[i].balance, lines[i].isPainted
+// and alternatingIndexes. balancingLineID is the id of progMode 4's
+// balancing line, -1 for none; painted the marked ids, null for none.
+// Redraw is off while it runs and comes back as the caller had it.
+// Returns how many lines are converted.
+int drawLoad(frmMain& m, grid::GridModel& g, long long balancingLineID = -1, const PaintedIDs* painted = nullptr);
+
+// Recomputes the balance from grid row startRow to the last: from 0 at
+// row 1, else from the balance cell above startRow read back as a number.
+// Writes lines[].balance and the cells with the credit test. Nothing in
+// progMode 3 and 4. Redraw is turned on at the end unless keepRedrawOff.
+void CalcBalances(frmMain& m, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
+
+// ---- totals under the grid ------------------------------------------------
+struct Totals {
+    QString lblTotalIncome;
+    QString lblTotalExpense;
+};
+// The sums of all In and all out of the lines (the load shows them in
+// progMode 3).
+Totals calcTotals(const frmMain& m);
+
+struct SummaryLabels {
+    QString lblMainTotalIn;
+    QString lblMainTotalOut;
+    QString lblMainLinesSelected;
+};
+// The sums of the colIn and colOut cells of the marked lines and their
+// count; all empty when none is marked or painted is null.
+SummaryLabels refreshMainSummaryLabels(const frmMain& m, const grid::GridModel& g, const PaintedIDs* painted);
+
+// ---- the cursor -------------------------------------------------------------
+// What the grid shows of the cursor, between two moves. A load resets it.
+struct CursorMarks {
+    int lastRow = -99;   // the row that holds the "o"
+    int litRow = -99;    // the cell in the current-cell colours
+    int litCol = -99;
+};
+// After the cursor moved (g.Row(), g.Col()): the "o" moves to the new row;
+// the cell that had the current-cell colours gets its own colours back,
+// and the current cell takes them, except in colMark, colBalance and the
+// fixed column, which never show them.
+void updateCursorCells(const frmMain& m, grid::GridModel& g, CursorMarks& marks, long long balancingLineID = -1);
+
+// ---- the red line ------------------------------------------------------------
+struct RedLinePlace {
+    bool visible = false;
+    int underVisibleRow = -1;   // 0 is the first body row shown
+};
+// Where the red line lies: under row iRowAboveRed when that row shows
+// between topRow and the visibleRows rows from it; never in progMode 3 and
+// 4 or in a merged file.
+RedLinePlace maybeDrawLine(int iRowAboveRed, int topRow, int visibleRows, int progMode, bool isMerged);
+// The same on frmMain's state and the grid's top row and page, counting
+// hidden rows out.
+RedLinePlace maybeDrawLine(const frmMain& m, const grid::GridModel& g);
+// The grid row a view draws the red line under, wherever it scrolls
+// (hiding it while that row is out of view); -1 where there is none.
+int redLineRow(const frmMain& m);
+
+} // namespace pelkor

@@ -1,0 +1,467 @@
+// The display model: the cells, colours and bold a load draws, the running
+// balance and its recomputation, the cursor's cells, the totals and the
+// place of the red line, checked against figures worked out by hand.
+#include "file/Display.h"
+
+#include "file/LoadFixture.h"
+#include "frame/Modes.h"
+#include "seams/grid/GridModel.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "QtPrinters.h"
+#include "seams/grid/GridPrinters.h"
+
+namespace pelkor {
+namespace {
+
+using grid::CellStyle;
+using grid::GridModel;
+
+constexpr std::uint32_t white = rgb(255, 255, 255);
+constexpr std::uint32_t black = rgb(0, 0, 0);
+constexpr std::uint32_t red = rgb(255, 0, 0);
+
+class DisplayTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        testing::ensureApplication();
+        ASSERT_TRUE(dir.isValid());
+        ui = std::make_unique<ui::ScriptedUi>(ui::DialogRules{}, dir.filePath(QStringLiteral("transcript.tsv")),
+                                              QStringList{QStringLiteral("prjPelkor")});
+        frmMain::Environment env;
+        env.ui = ui.get();
+        env.paths = platform::Paths::under(dir.path());
+        env.today = QDate(2025, 6, 1);
+        env.endProcess = [](int) {};
+        m = std::make_unique<frmMain>(env);
+        m->progMode = modeFullScreen;
+    }
+
+    // Adds a line of the given day of March 2025 (0: the null date).
+    Line& add(int day, double in, double out)
+    {
+        Line L;
+        L.Id = QString::number(m->lines.size() + 1);
+        L.kind = out != 0 ? QStringLiteral("-1") : QStringLiteral("+1");
+        L.Date = day == 0 ? nullDate() : QDate(2025, 3, day);
+        L.confirm = QStringLiteral(" ");
+        L.detail = QStringLiteral("שורה %1").arg(m->lines.size() + 1);
+        L.In = in;
+        L.out = out;
+        L.Type = QStringLiteral("מזומן");
+        L.Memo = colorWords().back();
+        m->lines.push_back(L);
+        return m->lines.back();
+    }
+
+    QString cell(int r, int c) const { return g.text(r, c); }
+    CellStyle style(int r, int c) const { return g.style(r, c); }
+
+    QTemporaryDir dir;
+    std::unique_ptr<ui::ScriptedUi> ui;
+    std::unique_ptr<frmMain> m;
+    GridModel g;
+};
+
+TEST_F(DisplayTest, TheCreditLineTurnsBalancesBelowItRedAndBold)
+{
+    add(1, 100, 0);
+    add(2, 0, 150);
+    m->theCredit = 0;
+    drawLoad(*m, g);
+    EXPECT_EQ(cell(1, colBalance), QStringLiteral("100.00"));
+    EXPECT_EQ(cell(2, colBalance), QStringLiteral("50.00-"));
+    EXPECT_EQ(style(1, colBalance).fore, black);
+    EXPECT_FALSE(style(1, colBalance).bold);
+    EXPECT_EQ(style(2, colBalance).fore, red);
+    EXPECT_TRUE(style(2, colBalance).bold);
+    EXPECT_EQ(m->lines[1].balance, -50.0);
+
+    // A credit line of 100 (stored negative) covers the -50.
+    m->theCredit = -100;
+    drawLoad(*m, g);
+    EXPECT_EQ(style(1, colBalance), (CellStyle{colors::balanceBack[0], black, false}));
+    EXPECT_EQ(style(2, colBalance), (CellStyle{colors::balanceBack[1], black, false}));
+
+    // Exactly on the limit is not over it.
+    m->theCredit = -50;
+    drawLoad(*m, g);
+    EXPECT_EQ(style(2, colBalance).fore, black);
+}
+
+TEST_F(DisplayTest, BackgroundsAlternateAtEachNewDate)
+{
+    add(1, 10, 0);
+    add(1, 0, 5);
+    add(4, 7, 0);
+    drawLoad(*m, g);
+    EXPECT_EQ(m->alternatingIndexes, (std::vector<std::uint8_t>{0, 0, 1}));
+    const std::uint32_t rowBack[] = {white, white, rgb(227, 227, 255)};
+    const std::uint32_t balanceBack[] = {rgb(255, 255, 153), rgb(255, 255, 153), rgb(255, 255, 79)};
+    for (int r = 1; r <= 3; ++r) {
+        for (int c = colKind; c <= colType; ++c)
+            EXPECT_EQ(g.backColor(r, c), rowBack[r - 1]) << r << "," << c;
+        EXPECT_EQ(g.backColor(r, colBalance), balanceBack[r - 1]) << r;
+        EXPECT_EQ(g.backColor(r, colMark), rgb(244, 208, 230)) << r;
+    }
+
+    // The split screen shows every row white; the balance still alternates.
+    m->progMode = modeSplitScreen;
+    drawLoad(*m, g);
+    EXPECT_EQ(g.backColor(3, colDetail), white);
+    EXPECT_EQ(g.backColor(3, colBalance), rgb(255, 255, 79));
+}
+
+TEST_F(DisplayTest, SumsShowZeroInBlackAndForecastSumsInBlueBold)
+{
+    Line& f = add(1, 250, 0);
+    f.isTzefi = true;
+    add(1, 0, 80);   // an ordinary line
+    drawLoad(*m, g);
+    EXPECT_EQ(cell(1, colIn), QStringLiteral("250.00"));
+    EXPECT_EQ(style(1, colIn), (CellStyle{white, rgb(0, 128, 255), true}));
+    // The forecast line's zero side is plain.
+    EXPECT_EQ(cell(1, colOut), QStringLiteral("0.00"));
+    EXPECT_EQ(style(1, colOut), (CellStyle{white, black, false}));
+    EXPECT_EQ(style(2, colOut), (CellStyle{white, black, false}));
+    EXPECT_EQ(cell(2, colIn), QStringLiteral("0.00"));
+}
+
+TEST_F(DisplayTest, ConvertedLinesArePinkAndCounted)
+{
+    add(1, 10, 0);
+    add(2, 20, 0);
+    add(3, 30, 0);
+    m->conv = 3.5;
+    EXPECT_EQ(drawLoad(*m, g), 3);
+    for (int r = 1; r <= 3; ++r)
+        EXPECT_EQ(g.backColor(r, colDetail), rgb(255, 128, 255)) << r;
+    EXPECT_NE(g.backColor(1, colBalance), rgb(255, 128, 255));
+
+    // Merged: by the conv of each line's bank file.
+    m->conv = 0;
+    m->isMerged = true;
+    m->convs = {0, -3};
+    m->mergedBankIndexes = {0, 1, 0};
+    EXPECT_EQ(drawLoad(*m, g), 1);
+    EXPECT_FALSE(isLineConverted(*m, 0));
+    EXPECT_TRUE(isLineConverted(*m, 1));
+    EXPECT_EQ(g.backColor(1, colDetail), white);
+    EXPECT_EQ(g.backColor(2, colDetail), rgb(255, 128, 255));
+    EXPECT_EQ(g.backColor(3, colDetail), white);   // the third date flips back
+}
+
+TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
+{
+    Line& a = add(5, 1234.5, 0);
+    a.Memo = QStringLiteral("אדום");
+    a.relate = 99;
+    a.confirm = QStringLiteral("777");
+    Line& b = add(0, 0, 3);   // null date
+    b.Memo = QStringLiteral("מילה אחרת");
+    b.relate = -1;
+    Line& c = add(6, 0, 1);
+    c.Memo = QStringLiteral("ירוק");
+    c.kind = QStringLiteral("-12");
+    c.Type.clear();
+    drawLoad(*m, g);
+
+    EXPECT_EQ(g.Rows(), 4);
+    EXPECT_EQ(g.Cols(), 10);
+    EXPECT_EQ(g.FixedRows(), 1);
+    EXPECT_EQ(g.FixedCols(), 1);
+    const QStringList captions{QString(), QString(), QStringLiteral("סיווג"), QStringLiteral("תאריך"),
+                               QStringLiteral("אסמכתא"), QStringLiteral("פירוט"), QStringLiteral("הכנסה"),
+                               QStringLiteral("הוצאה"), QStringLiteral("סוג"), QStringLiteral("יתרה")};
+    for (int col = 0; col < 10; ++col)
+        EXPECT_EQ(cell(0, col), captions[col]) << col;
+    for (int col = 1; col < 10; ++col)
+        EXPECT_EQ(style(0, col), (CellStyle{rgb(128, 128, 192), white, false})) << col;
+
+    EXPECT_EQ(cell(1, colKind), QStringLiteral("1+"));
+    EXPECT_EQ(cell(1, colDate), QStringLiteral("05/03/2025"));
+    EXPECT_EQ(cell(1, colConfirm), QStringLiteral("777"));
+    EXPECT_EQ(cell(1, colIn), QStringLiteral("1,234.50"));
+    EXPECT_EQ(cell(1, colType), QStringLiteral("מזומן"));
+    EXPECT_TRUE(cell(1, colMark).isEmpty());
+    EXPECT_TRUE(cell(1, 0).isEmpty());
+    EXPECT_TRUE(cell(2, colDate).isEmpty());
+    EXPECT_EQ(cell(3, colKind), QStringLiteral("12-"));
+    EXPECT_TRUE(cell(3, colType).isEmpty());
+    EXPECT_EQ(cell(3, colBalance), QStringLiteral("1,230.50"));
+
+    // A colour word colours date, reference and detail, in bold; a word
+    // not in the table reads as no colour.
+    for (int col : {colDate, colConfirm, colDetail}) {
+        EXPECT_EQ(style(1, col), (CellStyle{white, rgb(255, 0, 0), true})) << col;
+        EXPECT_EQ(style(2, col), (CellStyle{rgb(227, 227, 255), black, false})) << col;
+        EXPECT_EQ(style(3, col), (CellStyle{white, rgb(0, 192, 0), true})) << col;
+    }
+    EXPECT_EQ(style(1, colType), (CellStyle{white, black, false}));
+    // relate 99 and -1 colour the kind cell only.
+    EXPECT_EQ(g.backColor(1, colKind), rgb(255, 255, 153));
+    EXPECT_EQ(g.backColor(2, colKind), rgb(255, 255, 153));
+    EXPECT_EQ(g.backColor(3, colKind), white);
+
+    // Without the balance column in a detail child.
+    m->progMode = modeDetail;
+    drawLoad(*m, g);
+    EXPECT_EQ(g.Cols(), 9);
+    EXPECT_EQ(cell(0, colType), QStringLiteral("סוג"));
+    EXPECT_EQ(mainGridCols(*m), 9);
+}
+
+TEST_F(DisplayTest, BalancingLineAndMarkedLines)
+{
+    add(1, 10, 0);
+    add(1, 0, 4);
+    add(2, 6, 0);
+    m->progMode = modeNewLines;
+    drawLoad(*m, g, 2);
+    EXPECT_EQ(g.backColor(2, colDetail), rgb(255, 255, 153));
+    EXPECT_EQ(g.backColor(1, colDetail), white);
+    EXPECT_EQ(g.backColor(2, colMark), rgb(244, 208, 230));
+
+    m->progMode = modeFullScreen;
+    const PaintedIDs painted{QStringLiteral("1"), QStringLiteral("3")};
+    drawLoad(*m, g, -1, &painted);
+    EXPECT_TRUE(m->lines[0].isPainted);
+    EXPECT_FALSE(m->lines[1].isPainted);
+    for (int col = colKind; col <= colType; ++col) {
+        EXPECT_EQ(g.backColor(1, col), rgb(244, 208, 230)) << col;
+        EXPECT_EQ(g.backColor(2, col), white) << col;
+    }
+    EXPECT_EQ(g.backColor(1, colBalance), rgb(255, 255, 153));
+
+    const SummaryLabels two = refreshMainSummaryLabels(*m, g, &painted);
+    EXPECT_EQ(two.lblMainTotalIn, QStringLiteral("16.00"));
+    EXPECT_EQ(two.lblMainTotalOut, QStringLiteral("0.00"));
+    EXPECT_EQ(two.lblMainLinesSelected, QStringLiteral("2 שורות מסומנות"));
+    // The sums are the cells' figures, grouping and sign included.
+    g.setText(2, colOut, QStringLiteral("1,500.25"));
+    const PaintedIDs one{QStringLiteral("2")};
+    const SummaryLabels single = refreshMainSummaryLabels(*m, g, &one);
+    EXPECT_EQ(single.lblMainTotalOut, QStringLiteral("1,500.25"));
+    EXPECT_EQ(single.lblMainLinesSelected, QStringLiteral("שורה אחת מסומנת"));
+    const PaintedIDs none;
+    EXPECT_TRUE(refreshMainSummaryLabels(*m, g, &none).lblMainLinesSelected.isEmpty());
+    EXPECT_TRUE(refreshMainSummaryLabels(*m, g, nullptr).lblMainTotalIn.isEmpty());
+
+    const Totals t = calcTotals(*m);
+    EXPECT_EQ(t.lblTotalIncome, QStringLiteral("16.00"));
+    EXPECT_EQ(t.lblTotalExpense, QStringLiteral("4.00"));
+}
+
+TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
+{
+    // Sums in cents and in awkward binary fractions, crossing the credit
+    // line more than once, with dates that repeat.
+    std::mt19937 rnd(17);
+    std::uniform_int_distribution<int> cents(0, 250000);
+    std::uniform_int_distribution<int> side(0, 2);
+    for (int i = 0; i < 3000; ++i) {
+        const double sum = side(rnd) == 0 ? 0.1 * (i % 7) + 0.2 : cents(rnd) / 100.0;
+        Line& L = i % 2 ? add(1 + i / 200, 0, sum) : add(1 + i / 200, sum * 0.97, 0);
+        L.isTzefi = i % 11 == 0;
+    }
+    // The credit line at the median balance: about half the rows over it.
+    drawLoad(*m, g);
+    std::vector<double> sorted;
+    for (const Line& L : m->lines)
+        sorted.push_back(L.balance);
+    std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
+    m->theCredit = sorted[sorted.size() / 2];
+    drawLoad(*m, g);
+    std::vector<QString> texts;
+    std::vector<CellStyle> styles;
+    std::vector<double> balances;
+    for (int r = 1; r < g.Rows(); ++r) {
+        texts.push_back(cell(r, colBalance));
+        styles.push_back(style(r, colBalance));
+        balances.push_back(m->lines[size_t(r) - 1].balance);
+    }
+    int over = 0;
+    for (const CellStyle& s : styles)
+        over += s.bold ? 1 : 0;
+    ASSERT_GT(over, 0);   // the data do cross the credit line
+    ASSERT_LT(over, int(styles.size()));
+
+    for (int r = 1; r < g.Rows(); ++r) {
+        g.setText(r, colBalance, QStringLiteral("?"));
+        g.setForeColor(r, colBalance, rgb(1, 2, 3));
+        m->lines[size_t(r) - 1].balance = 0;
+    }
+    CalcBalances(*m, g, 1);
+    for (int r = 1; r < g.Rows(); ++r) {
+        ASSERT_EQ(cell(r, colBalance), texts[size_t(r) - 1]) << r;
+        ASSERT_EQ(style(r, colBalance), styles[size_t(r) - 1]) << r;
+        ASSERT_EQ(m->lines[size_t(r) - 1].balance, balances[size_t(r) - 1]) << r;
+    }
+}
+
+TEST_F(DisplayTest, RecomputingFromAMiddleRowStartsFromTheFigureAbove)
+{
+    add(1, 1000, 0);
+    add(2, 0, 300);
+    add(3, 0, 500);
+    add(4, 50, 0);
+    drawLoad(*m, g);
+    EXPECT_EQ(cell(4, colBalance), QStringLiteral("250.00"));
+
+    // The third line's expense grows; rows above it keep their figures.
+    m->lines[2].out = 1500;
+    g.setText(1, colBalance, QStringLiteral("untouched"));
+    CalcBalances(*m, g, 3);
+    EXPECT_EQ(cell(1, colBalance), QStringLiteral("untouched"));
+    EXPECT_EQ(cell(2, colBalance), QStringLiteral("700.00"));
+    EXPECT_EQ(cell(3, colBalance), QStringLiteral("800.00-"));
+    EXPECT_EQ(cell(4, colBalance), QStringLiteral("750.00-"));
+    EXPECT_EQ(style(3, colBalance).fore, red);
+    EXPECT_EQ(m->lines[3].balance, -750.0);
+    EXPECT_TRUE(g.Redraw());
+
+    // The start is the text of the cell above, grouping and trailing sign
+    // read as a number, not the record's balance.
+    g.setText(2, colBalance, QStringLiteral("12,345.67-"));
+    CalcBalances(*m, g, 3, true);
+    EXPECT_EQ(cell(3, colBalance), QStringLiteral("13,845.67-"));
+    EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
+    EXPECT_FALSE(g.Redraw());   // the caller keeps it off
+    g.setRedraw(true);
+
+    // Past the last row: nothing; a detail child has no balance.
+    CalcBalances(*m, g, 9);
+    EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
+    m->progMode = modeDetail;
+    CalcBalances(*m, g, 1);
+    EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
+}
+
+TEST_F(DisplayTest, TheCursorCarriesTheMarkAndItsColoursAndGivesThemBack)
+{
+    Line& a = add(1, 10, 0);
+    a.Memo = QStringLiteral("סגול");
+    Line& b = add(2, 0, 5);
+    b.relate = 99;
+    add(3, 0, 1);
+    drawLoad(*m, g);
+    CursorMarks marks;
+
+    g.setRow(1);
+    g.setCol(colDetail);
+    updateCursorCells(*m, g, marks);
+    EXPECT_EQ(cell(1, 0), QStringLiteral("o"));
+    EXPECT_EQ(style(1, colDetail).back, rgb(1, 0, 0));
+    EXPECT_EQ(style(1, colDetail).fore, white);
+
+    // To another row: the mark moves, the purple bold detail comes back.
+    g.setRow(2);
+    g.setCol(colKind);
+    updateCursorCells(*m, g, marks);
+    EXPECT_TRUE(cell(1, 0).isEmpty());
+    EXPECT_EQ(cell(2, 0), QStringLiteral("o"));
+    EXPECT_EQ(style(1, colDetail), (CellStyle{white, rgb(192, 0, 192), true}));
+    EXPECT_EQ(style(2, colKind).back, rgb(1, 0, 0));
+
+    // The related kind cell gets its yellow back; the balance and the mark
+    // cells never take the cursor's colours.
+    g.setCol(colBalance);
+    updateCursorCells(*m, g, marks);
+    EXPECT_EQ(style(2, colKind), (CellStyle{rgb(255, 255, 153), black, false}));
+    EXPECT_EQ(style(2, colBalance).back, rgb(255, 255, 79));
+    g.setCol(colMark);
+    updateCursorCells(*m, g, marks);
+    EXPECT_EQ(style(2, colMark), (CellStyle{rgb(244, 208, 230), black, false}));
+
+    // A marked line's cell goes back to the mark's colour.
+    m->lines[2].isPainted = true;
+    g.setRow(3);
+    g.setCol(colIn);
+    updateCursorCells(*m, g, marks);
+    g.setCol(colOut);
+    updateCursorCells(*m, g, marks);
+    EXPECT_EQ(style(3, colIn), (CellStyle{rgb(244, 208, 230), black, false}));
+    EXPECT_EQ(style(3, colOut).back, rgb(1, 0, 0));
+}
+
+TEST_F(DisplayTest, TheRedLineLiesUnderItsRowOnlyWhileThatRowShows)
+{
+    // Row 30 of the grid, 20 rows on a page.
+    EXPECT_EQ(maybeDrawLine(30, 1, 20, modeFullScreen, false).visible, false);
+    const RedLinePlace under = maybeDrawLine(30, 25, 20, modeFullScreen, false);
+    EXPECT_TRUE(under.visible);
+    EXPECT_EQ(under.underVisibleRow, 5);
+    EXPECT_EQ(maybeDrawLine(30, 11, 20, modeFullScreen, false).underVisibleRow, 19);   // the last row shown
+    EXPECT_FALSE(maybeDrawLine(30, 31, 20, modeFullScreen, false).visible);            // scrolled past
+    EXPECT_TRUE(maybeDrawLine(30, 30, 20, modeSplitScreen, false).visible);
+    EXPECT_FALSE(maybeDrawLine(30, 25, 20, modeDetail, false).visible);
+    EXPECT_FALSE(maybeDrawLine(30, 25, 20, modeNewLines, false).visible);
+    EXPECT_FALSE(maybeDrawLine(30, 25, 20, modeFullScreen, true).visible);
+    EXPECT_FALSE(maybeDrawLine(-1, 1, 20, modeFullScreen, false).visible);
+
+    // On the grid: hidden rows above it do not count as shown rows.
+    for (int i = 0; i < 60; ++i)
+        add(1 + i / 10, 1, 0);
+    drawLoad(*m, g);
+    m->iRowAboveRed = 30;
+    g.setVisibleRows(20);
+    g.setTopRow(25);
+    EXPECT_EQ(maybeDrawLine(*m, g).underVisibleRow, 5);
+    g.setRowHeight(26, 0);
+    g.setRowHeight(27, 0);
+    EXPECT_EQ(maybeDrawLine(*m, g).underVisibleRow, 3);
+    g.setTopRow(12);   // rows 12..33 show, two of them hidden
+    EXPECT_TRUE(maybeDrawLine(*m, g).visible);
+    g.setTopRow(5);    // rows 5..24 show
+    EXPECT_FALSE(maybeDrawLine(*m, g).visible);
+    EXPECT_EQ(redLineRow(*m), 30);   // the view keeps it and hides it itself
+    m->isMerged = true;
+    EXPECT_EQ(redLineRow(*m), -1);
+}
+
+// Reads a field of /proc/self/status in kB (0 where there is none).
+long statusKb(const char* field)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : f.readAll().split('\n'))
+        if (line.startsWith(field))
+            return line.mid(int(qstrlen(field))).trimmed().split(' ').value(0).toLong();
+    return 0;
+}
+
+TEST_F(DisplayTest, AHundredThousandLinesDrawQuicklyAndCompactly)
+{
+    for (int i = 0; i < 100000; ++i) {
+        Line& L = i % 3 ? add(1 + (i / 4000), 0, 10 + i % 997) : add(1 + (i / 4000), 2500 + i % 13, 0);
+        L.detail = QStringLiteral("תשלום לספק מספר %1").arg(i % 1500);
+        L.confirm = QString::number(10000 + i);
+        L.Memo = colorWords()[size_t(i % 4)];
+    }
+    const long rssBefore = statusKb("VmRSS:");
+    QElapsedTimer t;
+    t.start();
+    drawLoad(*m, g);
+    const qint64 drawMs = t.elapsed();
+    const long rssAfter = statusKb("VmRSS:");
+    t.restart();
+    CalcBalances(*m, g, 1);
+    const qint64 calcMs = t.elapsed();
+    const double mb = double(g.memoryUsage()) / (1024.0 * 1024.0);
+    std::printf("[ measure  ] 100,000 lines: grid %.1f MB held, RSS +%.1f MB; draw %lld ms, CalcBalances(1) %lld ms\n",
+                mb, double(rssAfter - rssBefore) / 1024.0, (long long)drawMs, (long long)calcMs);
+    EXPECT_LT(mb, 20.0);
+    EXPECT_EQ(g.Rows(), 100001);
+    EXPECT_EQ(cell(100000, colBalance), FormatSum(m->lines.back().balance));
+}
+
+} // namespace
+} // namespace pelkor

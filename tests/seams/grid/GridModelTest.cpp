@@ -1,0 +1,324 @@
+// The grid model: texts and styles survive the compact storage, the shape
+// and the cursor stay consistent, and listeners hear changes once per
+// batch.
+#include "seams/grid/GridModel.h"
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+#include "QtPrinters.h"
+#include "seams/grid/GridPrinters.h"
+
+namespace pelkor::grid {
+namespace {
+
+struct Recorder : GridListener {
+    std::vector<GridChange> changes;
+    void gridChanged(const GridModel&, const GridChange& c) override { changes.push_back(c); }
+};
+
+TEST(GridModel, TextsRoundTripAndSharedBytesNeverAlias)
+{
+    GridModel g(5, 4);
+    const QString hebrew = QStringLiteral("משכורת ינואר");
+    const QString astral = QStringLiteral("a\U0001F600b");   // a surrogate pair
+    g.setText(1, 1, hebrew);
+    g.setText(2, 1, hebrew);   // the same text: may share bytes with row 1
+    g.setText(3, 1, astral);
+    g.setText(4, 1, QStringLiteral("1,234.50-"));
+    EXPECT_EQ(g.text(1, 1), hebrew);
+    EXPECT_EQ(g.text(2, 1), hebrew);
+    EXPECT_EQ(g.text(3, 1), astral);
+    EXPECT_EQ(g.textUtf8(4, 1), "1,234.50-");
+    EXPECT_TRUE(g.text(0, 0).isEmpty());
+
+    // Changing one of two equal cells leaves the other as it was.
+    g.setText(1, 1, QStringLiteral("שכר"));
+    EXPECT_EQ(g.text(1, 1), QStringLiteral("שכר"));
+    EXPECT_EQ(g.text(2, 1), hebrew);
+    g.setText(2, 1, QString());
+    EXPECT_TRUE(g.text(2, 1).isEmpty());
+    EXPECT_EQ(g.text(1, 1), QStringLiteral("שכר"));
+
+    // An unpaired surrogate becomes the replacement character, not garbage.
+    const QChar lone[] = {QChar(u'x'), QChar(char16_t(0xD800))};
+    g.setText(3, 2, QStringView(lone, 2));
+    EXPECT_EQ(g.text(3, 2), QStringLiteral("x\uFFFD"));
+
+    // Out of range: nothing written, empty read.
+    g.setText(9, 9, hebrew);
+    EXPECT_TRUE(g.text(9, 9).isEmpty());
+}
+
+TEST(GridModel, OverwritingManyTimesCompactsAndKeepsEveryText)
+{
+    // Enough rewrites to pass the compaction threshold several times over,
+    // with texts that repeat (so bytes are shared) and texts that don't.
+    const int rows = 2000, rounds = 200;
+    GridModel g(rows + 1, 3);
+    std::size_t written = 0;
+    for (int round = 0; round < rounds; ++round)
+        for (int r = 1; r <= rows; ++r) {
+            const QString a = QStringLiteral("%1.00").arg(r * 7 + round);
+            const QString b = r % 3 == 0 ? QStringLiteral("0.00") : QStringLiteral("פירוט %1 סבב %2").arg(r).arg(round);
+            g.setText(r, 1, a);
+            g.setText(r, 2, b);
+            written += size_t(a.toUtf8().size() + b.toUtf8().size());
+        }
+    for (int r = 1; r <= rows; ++r) {
+        ASSERT_EQ(g.text(r, 1), QStringLiteral("%1.00").arg(r * 7 + rounds - 1)) << r;
+        ASSERT_EQ(g.text(r, 2), r % 3 == 0 ? QStringLiteral("0.00") : QStringLiteral("פירוט %1 סבב %2").arg(r).arg(rounds - 1)) << r;
+    }
+    // What is held is about the live texts, not every round of them.
+    EXPECT_LT(g.memoryUsage(), written / 2);
+}
+
+TEST(GridModel, AVeryLongTextIsCutOnACharacterBoundary)
+{
+    GridModel g(2, 2);
+    const QString longText = QString(40000, QChar(u'א'));   // 80,000 bytes of UTF-8
+    g.setText(1, 1, longText);
+    const QString back = g.text(1, 1);
+    EXPECT_EQ(back.size(), 0xFFFF / 2);
+    EXPECT_EQ(back, longText.left(back.size()));
+}
+
+TEST(GridModel, StylesAreIndependentPartsAndFixedCellsHaveTheirOwnDefault)
+{
+    GridModel g(4, 4, 1, 1);
+    EXPECT_EQ(g.style(0, 2), GridModel::defaultFixedStyle);
+    EXPECT_EQ(g.style(2, 0), GridModel::defaultFixedStyle);
+    EXPECT_EQ(g.style(2, 2), GridModel::defaultStyle);
+
+    g.setBackColor(2, 2, 0x99FFFF);
+    g.setForeColor(2, 2, 0x0000FF);
+    g.setBold(2, 2, true);
+    EXPECT_EQ(g.style(2, 2), (CellStyle{0x99FFFF, 0x0000FF, true}));
+    g.setBackColor(2, 2, 0xFFFFFF);
+    EXPECT_EQ(g.style(2, 2), (CellStyle{0xFFFFFF, 0x0000FF, true}));
+    EXPECT_EQ(g.style(2, 3), GridModel::defaultStyle);   // the neighbour untouched
+
+    g.setStyle(3, 0, 3, CellStyle{1, 2, false});
+    for (int c = 0; c <= 3; ++c)
+        EXPECT_EQ(g.style(3, c), (CellStyle{1, 2, false}));
+
+    // A second fixed row takes the fixed look where no colour was set.
+    g.setFixedRows(2);
+    EXPECT_EQ(g.style(1, 3), GridModel::defaultFixedStyle);
+    EXPECT_EQ(g.style(2, 2), (CellStyle{0xFFFFFF, 0x0000FF, true}));
+    g.setFixedRows(1);
+    EXPECT_EQ(g.style(1, 3), GridModel::defaultStyle);
+}
+
+TEST(GridModel, APaletteFullOfStylesNoCellUsesIsReclaimed)
+{
+    // 70,000 different colours over time on a few cells: more than the
+    // 16-bit index could hold if nothing were ever dropped.
+    GridModel g(3, 3);
+    for (std::uint32_t i = 0; i < 70000; ++i)
+        g.setBackColor(1 + int(i % 2), 1, 0x100000 + i);
+    EXPECT_EQ(g.backColor(1, 1), 0x100000u + 69998);
+    EXPECT_EQ(g.backColor(2, 1), 0x100000u + 69999);
+    EXPECT_EQ(g.style(1, 2), GridModel::defaultStyle);
+    EXPECT_LT(g.paletteSize(), 70000);
+}
+
+TEST(GridModel, ShapeChangesKeepCellsAndHoldTheCursor)
+{
+    GridModel g(6, 4);
+    for (int r = 1; r < 6; ++r)
+        g.setText(r, 1, QString::number(r));
+    g.setBackColor(3, 1, 0x123456);
+    g.setRow(5);
+    g.setCol(3);
+    g.setTopRow(4);
+
+    g.removeRow(2);   // rows 3.. move up
+    EXPECT_EQ(g.Rows(), 5);
+    EXPECT_EQ(g.text(2, 1), QStringLiteral("3"));
+    EXPECT_EQ(g.backColor(2, 1), 0x123456u);
+    EXPECT_EQ(g.text(4, 1), QStringLiteral("5"));
+
+    g.setRows(3);
+    EXPECT_EQ(g.Row(), 2);      // held within the grid
+    EXPECT_EQ(g.TopRow(), 2);
+    g.setCols(2);
+    EXPECT_EQ(g.Col(), 1);
+
+    const int added = g.addRow();
+    EXPECT_EQ(added, 3);
+    EXPECT_TRUE(g.text(3, 1).isEmpty());
+    EXPECT_EQ(g.style(3, 1), GridModel::defaultStyle);
+    EXPECT_EQ(g.style(3, 0), GridModel::defaultFixedStyle);
+    EXPECT_EQ(g.text(1, 1), QStringLiteral("1"));
+
+    g.clear();
+    EXPECT_EQ(g.Rows(), 4);
+    EXPECT_TRUE(g.text(1, 1).isEmpty());
+    EXPECT_EQ(g.style(2, 1), GridModel::defaultStyle);
+}
+
+TEST(GridModel, SettingTheCursorCollapsesTheSelection)
+{
+    GridModel g(10, 6);
+    g.setRow(2);
+    g.setCol(2);
+    g.setRowSel(5);
+    g.setColSel(4);
+    EXPECT_EQ(g.RowSel(), 5);
+    EXPECT_EQ(g.ColSel(), 4);
+    g.setRow(3);
+    EXPECT_EQ(g.RowSel(), 3);
+    EXPECT_EQ(g.ColSel(), 2);
+    g.setRowSel(9);
+    g.setCol(1);
+    EXPECT_EQ(g.RowSel(), 3);
+    EXPECT_EQ(g.ColSel(), 1);
+    // The top row is a body row and may be the last one.
+    g.setTopRow(0);
+    EXPECT_EQ(g.TopRow(), 1);
+    g.setTopRow(50);
+    EXPECT_EQ(g.TopRow(), 9);
+}
+
+TEST(GridModel, ChangesWhileRedrawIsOffArriveAsOneBatch)
+{
+    GridModel g(100, 10);
+    Recorder rec;
+    g.addListener(&rec);
+
+    g.setText(5, 3, QStringLiteral("a"));
+    ASSERT_EQ(rec.changes.size(), 1u);
+    EXPECT_TRUE(rec.changes[0].has(GridChange::Cells));
+    EXPECT_EQ(rec.changes[0].row0, 5);
+    EXPECT_EQ(rec.changes[0].col1, 3);
+
+    rec.changes.clear();
+    g.setRedraw(false);
+    g.setText(7, 2, QStringLiteral("b"));
+    g.setBold(40, 8, true);
+    g.setRowHeight(20, 0);
+    g.setTopRow(30);
+    g.setRow(31);
+    EXPECT_TRUE(rec.changes.empty());
+    g.setRedraw(false);   // already off: still nothing
+    g.setRedraw(true);
+    ASSERT_EQ(rec.changes.size(), 1u);
+    const GridChange& c = rec.changes[0];
+    EXPECT_TRUE(c.has(GridChange::Cells));
+    EXPECT_TRUE(c.has(GridChange::Heights));
+    EXPECT_TRUE(c.has(GridChange::Top));
+    EXPECT_TRUE(c.has(GridChange::Cursor));
+    EXPECT_TRUE(c.has(GridChange::RedrawOn));
+    EXPECT_FALSE(c.has(GridChange::Shape));
+    EXPECT_EQ(c.row0, 7);
+    EXPECT_EQ(c.row1, 40);
+    EXPECT_EQ(c.col0, 2);
+    EXPECT_EQ(c.col1, 8);
+
+    // Redraw turning on with nothing pending still says so, once.
+    rec.changes.clear();
+    g.setRedraw(false);
+    g.setRedraw(true);
+    ASSERT_EQ(rec.changes.size(), 1u);
+    EXPECT_EQ(rec.changes[0].what, unsigned(GridChange::RedrawOn));
+
+    // A shape change is reported as such; a style set to what it was is no change.
+    rec.changes.clear();
+    g.setRows(50);
+    ASSERT_EQ(rec.changes.size(), 1u);
+    EXPECT_TRUE(rec.changes[0].has(GridChange::Shape));
+    g.setBold(40, 8, false);
+    rec.changes.clear();
+    g.setBold(40, 8, false);
+    EXPECT_TRUE(rec.changes.empty());
+
+    g.removeListener(&rec);
+    g.setText(1, 1, QStringLiteral("c"));
+    EXPECT_TRUE(rec.changes.empty());
+}
+
+TEST(GridModel, HiddenRowsAreSkippedWhenCountingWhatShows)
+{
+    GridModel g(30, 3);
+    g.setVisibleRows(5);
+    g.setTopRow(10);
+    EXPECT_EQ(g.lastVisibleRow(), 14);
+    EXPECT_TRUE(g.RowIsVisible(14));
+    EXPECT_FALSE(g.RowIsVisible(15));
+    EXPECT_FALSE(g.RowIsVisible(9));
+    EXPECT_TRUE(g.RowIsVisible(0));   // the header always shows
+
+    g.setRowHeight(11, 0);
+    g.setRowHeight(12, 0);
+    EXPECT_EQ(g.RowHeight(11), 0);
+    EXPECT_EQ(g.RowHeight(13), GridModel::defaultRowHeight);
+    EXPECT_EQ(g.lastVisibleRow(), 16);
+    EXPECT_FALSE(g.RowIsVisible(11));
+    EXPECT_TRUE(g.RowIsVisible(16));
+
+    // Heights follow their rows when a row above goes.
+    g.removeRow(5);
+    EXPECT_EQ(g.RowHeight(10), 0);
+    EXPECT_EQ(g.RowHeight(12), GridModel::defaultRowHeight);
+}
+
+TEST(GridModel, OneWheelNotchScrollsOnePage)
+{
+    // 101 rows (100 lines), 20 on a page, starting at the top.
+    EXPECT_EQ(wheelTopRow(101, 1, 1, 20, -120), 21);
+    EXPECT_EQ(wheelTopRow(101, 1, 21, 20, 120), 1);
+    EXPECT_EQ(wheelTopRow(101, 1, 5, 20, 120), 1);      // held at the first row
+    EXPECT_EQ(wheelTopRow(101, 1, 90, 20, -120), 100);  // the last row becomes the top
+    EXPECT_EQ(wheelTopRow(101, 1, 100, 20, -120), 100); // and stays there
+    EXPECT_EQ(wheelTopRow(15, 1, 1, 20, -120), 1);      // fewer rows than a page
+    EXPECT_EQ(wheelTopRow(21, 1, 1, 20, -120), 1);      // exactly a page
+
+    GridModel g(101, 10);
+    g.setVisibleRows(20);
+    wheelScroll(g, -120);
+    wheelScroll(g, -120);
+    EXPECT_EQ(g.TopRow(), 41);
+    wheelScroll(g, 120);
+    EXPECT_EQ(g.TopRow(), 21);
+}
+
+TEST(GridModel, AMillionLedgerRowsStayCompact)
+{
+    // A million rows of ten columns shaped like ledger lines: dates that
+    // repeat, kinds and types from a short list, "0.00" on one side,
+    // unique balances and descriptions.
+    const int rows = 1000000;
+    GridModel g(rows + 1, 10);
+    const QStringList kinds{QStringLiteral("1+"), QStringLiteral("2+"), QStringLiteral("1-"), QStringLiteral("12-")};
+    const QStringList types{QStringLiteral("מזומן"), QStringLiteral("העברה"), QStringLiteral("שיק")};
+    g.setRedraw(false);
+    for (int r = 1; r <= rows; ++r) {
+        const bool income = r % 3 == 0;
+        const CellStyle back{r % 2 ? 0xFFFFFFu : 0xFFE3E3u, 0, false};
+        g.setText(r, 2, kinds[r % 4]);
+        g.setText(r, 3, QStringLiteral("%1/03/2025").arg(1 + (r / 40) % 28, 2, 10, QChar(u'0')));
+        g.setText(r, 4, QString::number(r % 5000));
+        g.setText(r, 5, QStringLiteral("ספק מס' %1").arg(r % 900));
+        g.setText(r, 6, income ? QStringLiteral("1,250.00") : QStringLiteral("0.00"));
+        g.setText(r, 7, income ? QStringLiteral("0.00") : QStringLiteral("412.30"));
+        g.setText(r, 8, types[r % 3]);
+        g.setText(r, 9, QStringLiteral("%1.%2").arg(r * 3).arg(r % 100, 2, 10, QChar(u'0')));
+        g.setStyle(r, 1, 8, back);
+        g.setStyle(r, 9, CellStyle{0x99FFFF, r % 7 ? 0u : 0x0000FFu, r % 7 == 0});
+    }
+    g.setRedraw(true);
+    const double mb = double(g.memoryUsage()) / (1024.0 * 1024.0);
+    std::printf("[ measure  ] grid of %d rows x 10 columns: %.1f MB (%.1f MB per 100,000 rows)\n", rows, mb,
+                mb / (rows / 100000.0));
+    // The target for the whole program is 120 MB per 100,000 lines; the
+    // grid's share must be a small part of it.
+    EXPECT_LT(mb / (rows / 100000.0), 20.0);
+    EXPECT_EQ(g.text(999999, 5), QStringLiteral("ספק מס' %1").arg(999999 % 900));
+    EXPECT_EQ(g.text(999999, 6), QStringLiteral("1,250.00"));
+    EXPECT_EQ(g.style(700000, 9), (CellStyle{0x99FFFF, 0x0000FF, true}));
+}
+
+} // namespace
+} // namespace pelkor::grid
