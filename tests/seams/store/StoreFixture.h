@@ -3,6 +3,7 @@
 // tests check what the store wrote, not what it reads back.
 #pragma once
 
+#include "file/Schema.h"
 #include "seams/store/Connection.h"
 
 #include <QTemporaryDir>
@@ -11,30 +12,14 @@
 
 namespace pelkor::store::testing {
 
-inline const char* fullSchema()
+// The tables of a current data file, exactly as the program creates them,
+// plus the feed, parameter and merged-report tables that some statements
+// read, in the same file so that one connection reaches them all.
+inline QString fullSchema()
 {
-    return R"(
-CREATE TABLE pelkor (id INTEGER PRIMARY KEY, kind TEXT, date DATE, confirm TEXT, detail TEXT, "in" DOUBLE,
-  out DOUBLE, TypeNum INTEGER, zee TEXT, memo TEXT, relate INTEGER, IndTzefi INTEGER, ConstantLineNum INTEGER,
-  total DOUBLE);
-CREATE TABLE category (id TEXT PRIMARY KEY, category TEXT);
-CREATE TABLE TypesCategories (CategoryNum INTEGER PRIMARY KEY, CategoryName TEXT, InOut INTEGER);
-CREATE TABLE Types (TypeNum INTEGER PRIMARY KEY, TypeName TEXT, CategoryNum INTEGER);
-CREATE TABLE ConstantLines (ConstantLineNum INTEGER PRIMARY KEY, KIND TEXT, FDate DATE, TDate DATE, Steps TEXT,
-  CONFIRM TEXT, DETAIL TEXT, "IN" DOUBLE, OUT DOUBLE, Percent DOUBLE, TypeNum INTEGER, IndTzefi INTEGER);
-CREATE TABLE Defaults (Password TEXT, Credit DOUBLE, NDays INTEGER, isAuto INTEGER, iBank INTEGER,
-  AccountNum CHARACTER(50));
-CREATE TABLE mergedBanks ("index" INTEGER, fileName TEXT, conv DOUBLE);
-CREATE TABLE invoiceCategs (id INTEGER PRIMARY KEY, kind TEXT, date DATE, confirm TEXT, detail TEXT, "in" DOUBLE,
-  out DOUBLE, TypeNum INTEGER, zee TEXT, memo TEXT, relate INTEGER, IndTzefi INTEGER, ConstantLineNum INTEGER,
-  total DOUBLE);
-CREATE TABLE demoOsh (accountNum TEXT, transactionID INTEGER, date DATE, confirm TEXT, description TEXT,
-  "in" DOUBLE, out DOUBLE, balance DOUBLE, part INTEGER);
-CREATE TABLE poalimOsh (accountNum TEXT, transactionID INTEGER, date DATE, confirm TEXT, description TEXT,
-  "in" DOUBLE, out DOUBLE, balance DOUBLE, part INTEGER);
-CREATE TABLE main (accountNum TEXT, description TEXT);
-CREATE TABLE PARAMETER (PARAMETER TEXT PRIMARY KEY, T TEXT);
-)";
+    return schema::dataFileScript() + schema::feedScript({QStringLiteral("demoOsh"), QStringLiteral("poalimOsh")})
+        + schema::paramsScript()
+        + QStringLiteral("CREATE TABLE mergedBanks (\"index\" INTEGER, fileName TEXT, conv DOUBLE);\n");
 }
 
 // Lines chosen so that the ledger order has something to do: +10 and +2 on
@@ -63,15 +48,7 @@ INSERT INTO invoiceCategs (id,detail) VALUES (1,' ');
 }
 
 // The merged-report template: the tables a merged file starts with.
-inline const char* templateSchema()
-{
-    return R"(
-CREATE TABLE mergedBanks ("index" INTEGER, fileName TEXT, conv DOUBLE);
-CREATE TABLE category (id TEXT PRIMARY KEY, category TEXT);
-CREATE TABLE TypesCategories (CategoryNum INTEGER PRIMARY KEY, CategoryName TEXT, InOut INTEGER);
-CREATE TABLE Types (TypeNum INTEGER PRIMARY KEY, TypeName TEXT, CategoryNum INTEGER);
-)";
-}
+inline QString templateSchema() { return schema::mergeTemplateScript(); }
 
 class StoreFile : public ::testing::Test {
 protected:
@@ -80,7 +57,7 @@ protected:
         ASSERT_TRUE(dir.isValid());
         path = dir.filePath(QStringLiteral("ledger.pkr"));
         cn.open(path, Connection::OpenMode::ReadWriteCreate);
-        cn.executeRaw(QString::fromUtf8(fullSchema()));
+        cn.executeRaw(fullSchema());
         cn.executeRaw(QString::fromUtf8(sampleData()));
     }
 
@@ -120,13 +97,13 @@ protected:
         return out.join(QLatin1Char(';'));
     }
 
-    QString newFile(const QString& name, const char* script)
+    QString newFile(const QString& name, const QString& script)
     {
         const QString p = dir.filePath(name);
         Connection other;
         other.open(p, Connection::OpenMode::ReadWriteCreate);
-        if (script)
-            other.executeRaw(QString::fromUtf8(script));
+        if (!script.isEmpty())
+            other.executeRaw(script);
         return p;
     }
 
