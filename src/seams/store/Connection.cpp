@@ -5,12 +5,12 @@
 #include "seams/store/TextForms.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <sqlite3.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 namespace pelkor::store {
 
@@ -185,58 +185,64 @@ void bindAssigned(sqlite3* db, sqlite3_stmt* st, const Translation& tr, const QS
     (void)db;
 }
 
-// Repeated texts of a column (kinds, markers, colour words, details) share
-// one QString: a small direct-mapped cache per column, keyed by the bytes.
+// Repeated long texts of a column (details, colour words) share one
+// string: a small two-way cache per column, keyed by the bytes. Texts short
+// enough to live inside a Value need none.
 class TextCache {
 public:
-    QString get(const char* p, int n)
+    Value get(const char* p, int n)
     {
         if (n > maxKey)
-            return QString::fromUtf8(p, n);
-        std::uint32_t h = 2166136261u;
-        for (int i = 0; i < n; ++i)
-            h = (h ^ static_cast<unsigned char>(p[i])) * 16777619u;
-        Entry& e = slots_[h & (slotCount - 1)];
-        if (e.n == n && std::memcmp(e.key, p, size_t(n)) == 0)
-            return e.value;
+            return Value::utf8(p, n);
+        const std::uint64_t h = hash(p, n);
+        Entry* set = slots_ + 2 * (h & (sets - 1));
+        for (int w = 0; w < 2; ++w) {
+            Entry& e = set[w];
+            if (e.hash == h && e.n == n && std::memcmp(e.key, p, size_t(n)) == 0) {
+                e.used = ++clock_;
+                return e.value;
+            }
+        }
+        Entry& e = set[0].used <= set[1].used ? set[0] : set[1];
+        e.hash = h;
         e.n = n;
+        e.used = ++clock_;
         std::memcpy(e.key, p, size_t(n));
-        e.value = QString::fromUtf8(p, n);
+        e.value = Value::utf8(p, n);
         return e.value;
     }
 
 private:
-    static constexpr int maxKey = 64;
-    static constexpr int slotCount = 128;
+    // Long enough for a detail of some forty Hebrew letters.
+    static constexpr int maxKey = 96;
+    static constexpr std::uint64_t sets = 128;
+
+    // n > 14 here (shorter texts are inline), so the first and the last
+    // eight bytes are there to read; they tell most details apart, and the
+    // full compare above catches the rest.
+    static std::uint64_t hash(const char* p, int n)
+    {
+        std::uint64_t a, b;
+        std::memcpy(&a, p, 8);
+        std::memcpy(&b, p + n - 8, 8);
+        std::uint64_t h = (a ^ (b * 0x9E3779B97F4A7C15ull) ^ std::uint64_t(n)) * 0xFF51AFD7ED558CCDull;
+        return h ^ (h >> 29);
+    }
+
     struct Entry {
+        std::uint64_t hash = 0;
+        std::uint64_t used = 0;
         int n = -1;
+        Value value;
         char key[maxKey];
-        QString value;
     };
-    Entry slots_[slotCount];
+    Entry slots_[2 * sets];
+    std::uint64_t clock_ = 0;
 };
 
 enum class CellKind { Plain, Date, Expression };
 
-// Grows the cells of a large read. A load of the whole ledger holds
-// millions of Values; most of its time would go to faulting in fresh 4 KiB
-// pages, so a big buffer asks the kernel for huge pages.
-void grow(std::vector<Value>& cells, size_t rowWidth)
-{
-    const size_t want = std::max<size_t>(rowWidth * 256, cells.size() * 2);
-    cells.reserve(want);
-#ifdef MADV_HUGEPAGE
-    const size_t bytes = cells.capacity() * sizeof(Value);
-    if (bytes >= (size_t(4) << 20)) {
-        static const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
-        const auto begin = (reinterpret_cast<uintptr_t>(cells.data()) + page - 1) & ~(page - 1);
-        const auto end = (reinterpret_cast<uintptr_t>(cells.data()) + bytes) & ~(page - 1);
-        if (end > begin)
-            madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-    }
-#endif
-}
-
+// Reads every row of a stepped statement into a Recordset.
 Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
 {
     const int n = sqlite3_column_count(st);
@@ -246,7 +252,7 @@ Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
         }
         if (rc != SQLITE_DONE)
             fail(StoreError::Kind::Statement, db, statement);
-        return Recordset({}, {}, long(sqlite3_changes(db)));
+        return Recordset::affected(long(sqlite3_changes(db)));
     }
 
     QStringList names;
@@ -273,40 +279,46 @@ Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
         }
     }
 
-    std::vector<TextCache> caches(static_cast<size_t>(n));
-    std::vector<Value> cells;
+    // Caches are made for the columns that turn out to hold long texts.
+    std::vector<std::unique_ptr<TextCache>> caches(static_cast<size_t>(n));
+    auto rows = std::make_shared<Rows>(n);
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        if (cells.capacity() - cells.size() < size_t(n))
-            grow(cells, size_t(n));
+        Value* row = rows->append();
         for (int c = 0; c < n; ++c) {
             switch (sqlite3_column_type(st, c)) {
             case SQLITE_NULL:
-                cells.emplace_back();
                 break;
             case SQLITE_INTEGER:
-                cells.push_back(Value::integer(sqlite3_column_int64(st, c)));
+                row[c] = Value::integer(sqlite3_column_int64(st, c));
                 break;
             case SQLITE_FLOAT:
-                cells.push_back(Value::real(sqlite3_column_double(st, c)));
+                row[c] = Value::real(sqlite3_column_double(st, c));
                 break;
             case SQLITE_TEXT: {
                 const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, c));
                 const int len = sqlite3_column_bytes(st, c);
+                const CellKind kind = kinds[size_t(c)];
                 int y, m, d;
                 // A date column's stored form is a date; anything else there
                 // is a damaged row and stays text. A computed column (min of
                 // a date) is a date when it has exactly the stored form.
-                if (kinds[size_t(c)] != CellKind::Plain && text::parseIsoDate(p, p + len, y, m, d)
-                    && (kinds[size_t(c)] == CellKind::Date || len == 10))
-                    cells.push_back(Value::date(QDate(y, m, d)));
-                else
-                    cells.push_back(Value::text(caches[size_t(c)].get(p, len)));
+                if (kind != CellKind::Plain && (kind == CellKind::Date || len == 10)
+                    && text::parseIsoDate(p, p + len, y, m, d)) {
+                    row[c] = Value::julianDay(text::julianDay(y, m, d));
+                } else if (len <= 14) {
+                    row[c] = Value::utf8(p, len);
+                } else {
+                    std::unique_ptr<TextCache>& cache = caches[size_t(c)];
+                    if (!cache)
+                        cache = std::make_unique<TextCache>();
+                    row[c] = cache->get(p, len);
+                }
                 break;
             }
             default: {
                 const auto* p = static_cast<const char*>(sqlite3_column_blob(st, c));
-                cells.push_back(Value::text(QString::fromUtf8(p, sqlite3_column_bytes(st, c))));
+                row[c] = Value::utf8(p, sqlite3_column_bytes(st, c));
                 break;
             }
             }
@@ -314,7 +326,7 @@ Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
     }
     if (rc != SQLITE_DONE)
         fail(StoreError::Kind::Statement, db, statement);
-    return Recordset(std::move(names), std::move(cells), 0);
+    return Recordset(std::move(names), std::move(rows), 0);
 }
 
 // IN "<file>": the file is attached for one statement and detached after.
@@ -368,6 +380,66 @@ public:
 private:
     sqlite3* db_;
     bool done_ = false;
+};
+
+// The columns of the file that sort the same without the text collation
+// (see OrderHint): those declared as dates or numbers. Read again whenever
+// the file's schema version moves, so a table made or altered since, here
+// or by another process, is seen.
+class OrderColumns {
+public:
+    // Reads the schema if it changed; once per statement is enough.
+    void refresh(sqlite3* db, const QString& statement)
+    {
+        const int version = schemaVersion(db, statement);
+        if (version == version_)
+            return;
+        tables_.clear();
+        anyTable_.clear();
+        Stmt st(db,
+                QStringLiteral("SELECT m.name, p.name, p.type FROM sqlite_master m, pragma_table_info(m.name) p "
+                               "WHERE m.type = 'table'"),
+                statement);
+        int rc;
+        while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+            const QString table = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))).toLower();
+            const QString column = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1))).toLower();
+            const ColumnClass cls = classify(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 2))));
+            const bool plain = cls == ColumnClass::Date || cls == ColumnClass::Whole || cls == ColumnClass::Number;
+            tables_[table][column] = plain;
+            const auto it = anyTable_.constFind(column);
+            anyTable_[column] = plain && (it == anyTable_.constEnd() || *it);
+        }
+        if (rc != SQLITE_DONE)
+            fail(StoreError::Kind::Statement, db, statement);
+        version_ = version;
+    }
+
+    // A column of that table, or, when the table is not one of the file's
+    // (no table, or an alias), every column of that name in the file.
+    bool plain(const QString& table, const QString& column) const
+    {
+        const QString c = column.toLower();
+        if (!table.isEmpty()) {
+            const auto t = tables_.constFind(table.toLower());
+            if (t != tables_.constEnd())
+                return t->value(c, false);
+        }
+        return anyTable_.value(c, false);
+    }
+
+private:
+    static int schemaVersion(sqlite3* db, const QString& statement)
+    {
+        Stmt st(db, QStringLiteral("PRAGMA schema_version"), statement);
+        if (sqlite3_step(st) != SQLITE_ROW)
+            fail(StoreError::Kind::Statement, db, statement);
+        return sqlite3_column_int(st, 0);
+    }
+
+    int version_ = -1;
+    QHash<QString, QHash<QString, bool>> tables_;
+    QHash<QString, bool> anyTable_;
 };
 
 bool isWholeType(const char* decl)
@@ -448,6 +520,7 @@ struct Connection::Impl {
     sqlite3* db = nullptr;
     QString path;
     OpenMode mode = OpenMode::ReadWrite;
+    OrderColumns orderColumns;
 };
 
 Connection::Connection() : d(std::make_unique<Impl>()) {}
@@ -522,6 +595,8 @@ void Connection::open(const QString& path, OpenMode mode)
     d->db = db;
     d->path = path;
     d->mode = mode;
+    // Another file may have the same schema version.
+    d->orderColumns = OrderColumns();
 }
 
 void Connection::close()
@@ -542,10 +617,17 @@ Recordset Connection::execute(const QString& sql)
 {
     if (!isOpen())
         throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), sql);
-    const Translation tr = translate(sql);
+    bool schemaRead = false;
+    const Translation tr = translate(sql, [&](const QString& table, const QString& column) {
+        if (!schemaRead) {
+            d->orderColumns.refresh(d->db, sql);
+            schemaRead = true;
+        }
+        return d->orderColumns.plain(table, column);
+    });
     Attachment attached(d->db, tr.attachFile, sql);
     if (tr.form == Translation::Form::SelectInto)
-        return Recordset({}, {}, selectInto(d->db, tr, sql));
+        return Recordset::affected(selectInto(d->db, tr, sql));
     Stmt st(d->db, tr.sql, sql);
     bindAssigned(d->db, st, tr, sql);
     return collect(d->db, st, sql);

@@ -228,7 +228,8 @@ bool reservedAsName(const QString& w)
 
 class Writer {
 public:
-    Writer(const std::vector<Tok>& toks, const QString& statement) : t_(toks), stmt_(statement)
+    Writer(const std::vector<Tok>& toks, const QString& statement, const OrderHint& plainOrder)
+        : t_(toks), stmt_(statement), plainOrder_(plainOrder)
     {
         match_.assign(t_.size(), -1);
         std::vector<size_t> open;
@@ -351,12 +352,26 @@ private:
             QString term = sub(tb, te);
             // A bare number names a result column; a collation would turn it
             // into a constant.
-            if (!(te == tb + 1 && t_[tb].kind == Tok::Num))
+            if (!(te == tb + 1 && t_[tb].kind == Tok::Num) && !plainColumn(tb, te))
                 term += QStringLiteral(" COLLATE JETTEXT");
             if (!dir.isEmpty())
                 term += QLatin1Char(' ') + dir;
             put(out, term);
         }
+    }
+
+    // [b, e) is a column, bare or after its table, that the hint says
+    // sorts the same without the collation.
+    bool plainColumn(size_t b, size_t e) const
+    {
+        if (!plainOrder_)
+            return false;
+        auto isColumn = [](const Tok& k) { return k.kind == Tok::Word || k.kind == Tok::Name; };
+        if (e == b + 1 && isColumn(t_[b]))
+            return plainOrder_(QString(), t_[b].text);
+        if (e == b + 3 && isColumn(t_[b]) && isOp(t_[b + 1], ".") && isColumn(t_[b + 2]))
+            return plainOrder_(t_[b].text, t_[b + 2].text);
+        return false;
     }
 
     void range(size_t b, size_t e, QString& out)
@@ -428,6 +443,7 @@ private:
 
     const std::vector<Tok>& t_;
     const QString& stmt_;
+    const OrderHint& plainOrder_;
     std::vector<long> match_;
     QString out_;
 };
@@ -480,7 +496,7 @@ Tok param(std::vector<Translation::Assigned>& assigned, Translation::Assigned a)
 
 } // namespace
 
-Translation translate(const QString& statement)
+Translation translate(const QString& statement, const OrderHint& plainOrder)
 {
     std::vector<Tok> t = tokenize(statement);
     while (!t.empty() && isOp(t.back(), ";"))
@@ -623,7 +639,7 @@ Translation translate(const QString& statement)
              statement);
     }
 
-    tr.sql = Writer(t, statement).write();
+    tr.sql = Writer(t, statement, plainOrder).write();
     return tr;
 }
 

@@ -15,7 +15,9 @@
 //                        (JetFunctions.h); iif, trim, min, max, sum, count:
 //                        SQLite's own
 //   ORDER BY terms    -> each term gets COLLATE JETTEXT, the old engine's
-//                        text order ('-' below '+', no case)
+//                        text order ('-' below '+', no case), except a
+//                        column that the caller knows to hold dates or
+//                        numbers (see OrderHint)
 //   text = 'literal'  -> the literal gets COLLATE JETTEXT, so comparisons
 //                        of text ignore case as they did
 //   DELETE * FROM     -> DELETE FROM
@@ -35,6 +37,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <vector>
 
 namespace pelkor::store {
@@ -67,7 +70,17 @@ struct Translation {
     bool derivedSource = false;
 };
 
-// Throws StoreError(Translate) naming the statement.
-Translation translate(const QString& statement);
+// Tells whether an ORDER BY term that is a bare column, [table.]column,
+// sorts the same without the text collation: a column that holds stored
+// dates (whose text order is their date order) or numbers (which SQLite
+// never collates). table is empty when the term names none. Leaving the
+// collation off such a term, the first term of the ledger's order above
+// all, lets SQLite's sorter compare it directly, which is most of the
+// sort's time.
+using OrderHint = std::function<bool(const QString& table, const QString& column)>;
+
+// Throws StoreError(Translate) naming the statement. Without a hint every
+// ORDER BY term gets the collation.
+Translation translate(const QString& statement, const OrderHint& plainOrder = {});
 
 } // namespace pelkor::store

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace pelkor::store {
 
@@ -131,18 +133,33 @@ void toDouble(sqlite3_context* ctx, int, sqlite3_value** argv)
 
 int jetTextCompare(const char* a, int na, const char* b, int nb)
 {
+    // Sorting the ledger compares mostly equal texts (the same detail, the
+    // same sign) or texts equal up to late in them: the equal run is
+    // skipped eight bytes at a time, and weights are looked up only where
+    // the bytes differ.
     const auto* pa = reinterpret_cast<const unsigned char*>(a);
     const auto* pb = reinterpret_cast<const unsigned char*>(b);
     const int n = na < nb ? na : nb;
-    for (int i = 0; i < n; ++i) {
-        if (pa[i] == pb[i])
-            continue;
+    int i = 0;
+    for (;;) {
+        while (i + 8 <= n) {
+            std::uint64_t x, y;
+            std::memcpy(&x, pa + i, 8);
+            std::memcpy(&y, pb + i, 8);
+            if (x != y)
+                break;
+            i += 8;
+        }
+        while (i < n && pa[i] == pb[i])
+            ++i;
+        if (i >= n)
+            return na - nb;
         const int wa = weights[pa[i]];
         const int wb = weights[pb[i]];
         if (wa != wb)
             return wa - wb;
+        ++i;  // the same letter in another case
     }
-    return na - nb;
 }
 
 int registerJetFunctions(sqlite3* db)

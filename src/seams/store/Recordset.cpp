@@ -4,10 +4,34 @@
 
 namespace pelkor::store {
 
-Recordset::Recordset(QStringList names, std::vector<Value> cells, long recordsAffected)
-    : names_(std::move(names)), cells_(std::move(cells)), affected_(recordsAffected)
+Rows::~Rows()
 {
-    rows_ = names_.isEmpty() ? 0 : long(cells_.size() / size_t(names_.size()));
+    for (size_t r = 0; r < count_; ++r) {
+        Value* v = row(r);
+        for (size_t c = 0; c < width_; ++c)
+            v[c].~Value();
+    }
+    for (Value* b : blocks_)
+        ::operator delete(static_cast<void*>(b), std::align_val_t(alignof(Value)));
+}
+
+void Rows::grow()
+{
+    const size_t k = blocks_.size();
+    const size_t rows = size_t(1) << (firstShift + k);
+    const size_t bytes = rows * width_ * sizeof(Value);
+    blocks_.reserve(k + 1);
+    // Plain pages: asking for huge pages here made the kernel compact
+    // memory in the middle of a load, which cost more than it saved.
+    void* block = ::operator new(bytes, std::align_val_t(alignof(Value)));
+    blocks_.push_back(static_cast<Value*>(block));
+    capacity_ += rows;
+}
+
+Recordset::Recordset(QStringList names, std::shared_ptr<const Rows> rows, long recordsAffected)
+    : names_(std::move(names)), data_(std::move(rows)), affected_(recordsAffected)
+{
+    rows_ = data_ && !names_.isEmpty() ? data_->count() : 0;
 }
 
 int Recordset::fieldIndex(const QString& name) const

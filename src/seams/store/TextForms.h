@@ -106,6 +106,28 @@ inline bool parseNumber(const QString& s, double& out)
 template <class Ch>
 inline int twoDigits(const Ch* p) { return (int(p[0]) - '0') * 10 + (int(p[1]) - '0'); }
 
+// A day of the proleptic Gregorian calendar from year 1 on, as QDate::isValid
+// (which counts no year 0) decides it, without a call per read cell.
+inline bool isValidDate(int y, int m, int d)
+{
+    static constexpr unsigned char monthDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (y < 1 || m < 1 || m > 12 || d < 1)
+        return false;
+    if (d <= monthDays[m - 1])
+        return true;
+    return m == 2 && d == 29 && y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
+}
+
+// The Julian day number of a valid date from year 1 on, as
+// QDate::toJulianDay gives it.
+inline std::int64_t julianDay(int y, int m, int d)
+{
+    const int a = (14 - m) / 12;
+    const std::int64_t yy = std::int64_t(y) + 4800 - a;
+    const int mm = m + 12 * a - 3;
+    return d + (153 * mm + 2) / 5 + 365 * yy + yy / 4 - yy / 100 + yy / 400 - 32045;
+}
+
 // The stored form: exactly "YYYY-MM-DD", optionally followed by a time
 // ("T" or a blank, then anything). Validates the calendar date.
 template <class Ch>
@@ -124,7 +146,7 @@ bool parseIsoDate(const Ch* p, const Ch* e, int& y, int& m, int& d)
     y = twoDigits(p) * 100 + twoDigits(p + 2);
     m = twoDigits(p + 5);
     d = twoDigits(p + 8);
-    return QDate::isValid(y, m, d);
+    return isValidDate(y, m, d);
 }
 
 // Any date form the user or a statement may write: ISO, or day first with

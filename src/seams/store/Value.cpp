@@ -8,14 +8,35 @@
 
 namespace pelkor::store {
 
+Value Value::text(QString v)
+{
+    Value r;
+    r.b_[0] = std::uint8_t(Type::Text);
+    r.b_[1] = sharedMark;
+    Shared* s = new Shared;
+    s->s = std::move(v);
+    std::memcpy(r.b_ + 8, &s, sizeof s);
+    return r;
+}
+
+void Value::dropShared() noexcept
+{
+    Shared* s = shared();
+    if (s->ref.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete s;
+}
+
 double Value::toDouble() const
 {
-    switch (type_) {
-    case Type::Integer: return double(i_);
-    case Type::Double: return d_;
+    switch (type()) {
+    case Type::Integer: return double(payload());
+    case Type::Double: return real();
     case Type::Text: {
         double v = 0;
-        return text::parseNumber(s_, v) ? v : 0.0;
+        if (isShared())
+            return text::parseNumber(shared()->s, v) ? v : 0.0;
+        const char* p = inlineText();
+        return text::parseNumber(p, p + b_[1], v) ? v : 0.0;
     }
     case Type::Date: return 0.0;
     case Type::Null: break;
@@ -25,8 +46,8 @@ double Value::toDouble() const
 
 std::int64_t Value::toInt() const
 {
-    if (type_ == Type::Integer)
-        return i_;
+    if (type() == Type::Integer)
+        return payload();
     // nearbyint rounds in the current mode, which is to nearest, ties to
     // even: the old engine's rounding (2.5 -> 2, 3.5 -> 4).
     const double r = std::nearbyint(toDouble());
@@ -37,34 +58,36 @@ std::int64_t Value::toInt() const
 
 QString Value::toString() const
 {
-    switch (type_) {
+    switch (type()) {
     case Type::Null: return QString();
-    case Type::Integer: return QString::number(i_);
+    case Type::Integer: return QString::number(payload());
     case Type::Double: {
-        if (!std::isfinite(d_))
-            return QString::number(d_);
+        const double d = real();
+        if (!std::isfinite(d))
+            return QString::number(d);
         char buf[400];
         // Shortest text that reads back as the same double, never with an
         // exponent: "12", "12.5", "0.1".
-        const auto r = std::to_chars(buf, buf + sizeof buf, d_, std::chars_format::fixed);
+        const auto r = std::to_chars(buf, buf + sizeof buf, d, std::chars_format::fixed);
         if (r.ec != std::errc())
-            return QString::number(d_, 'g', 17);
+            return QString::number(d, 'g', 17);
         QString s = QString::fromLatin1(buf, int(r.ptr - buf));
         return s == QLatin1String("-0") ? QStringLiteral("0") : s;
     }
-    case Type::Text: return s_;
-    case Type::Date: return QDate::fromJulianDay(i_).toString(QStringLiteral("dd/MM/yyyy"));
+    case Type::Text:
+        return isShared() ? shared()->s : QString::fromUtf8(inlineText(), b_[1]);
+    case Type::Date: return QDate::fromJulianDay(payload()).toString(QStringLiteral("dd/MM/yyyy"));
     }
     return QString();
 }
 
 QDate Value::toDate() const
 {
-    if (type_ == Type::Date)
-        return QDate::fromJulianDay(i_);
-    if (type_ == Type::Text) {
+    if (type() == Type::Date)
+        return QDate::fromJulianDay(payload());
+    if (type() == Type::Text) {
         QDate d;
-        if (text::parseDate(s_, d))
+        if (isShared() ? text::parseDate(shared()->s, d) : text::parseDate(inlineText(), inlineText() + b_[1], d))
             return d;
     }
     return QDate();
@@ -73,16 +96,19 @@ QDate Value::toDate() const
 bool Value::operator==(const Value& o) const
 {
     if (isNumber() && o.isNumber()) {
-        if (type_ == Type::Integer && o.type_ == Type::Integer)
-            return i_ == o.i_;
+        if (type() == Type::Integer && o.type() == Type::Integer)
+            return payload() == o.payload();
         return toDouble() == o.toDouble();
     }
-    if (type_ != o.type_)
+    if (type() != o.type())
         return false;
-    switch (type_) {
+    switch (type()) {
     case Type::Null: return true;
-    case Type::Text: return s_ == o.s_;
-    case Type::Date: return i_ == o.i_;
+    case Type::Text:
+        if (!isShared() && !o.isShared())
+            return b_[1] == o.b_[1] && std::memcmp(inlineText(), o.inlineText(), b_[1]) == 0;
+        return toString() == o.toString();
+    case Type::Date: return payload() == o.payload();
     default: return false;
     }
 }

@@ -3,6 +3,7 @@
 // conversions of quoted sums, Null and counts, two connections on a file.
 #include "StoreFixture.h"
 
+#include "seams/store/Dialect.h"
 #include "seams/store/StoreError.h"
 
 #include <QFile>
@@ -268,6 +269,34 @@ TEST_F(StoreFile, TextOrderPutsPlusBeforeMinusAndIgnoresCase)
     EXPECT_EQ(kinds.join(QLatin1Char(' ')), QStringLiteral("+1:2 +3:22 +3:21 +11:23 -1:1 -3:20"));
     EXPECT_EQ(raw(QStringLiteral("SELECT count(*) FROM pelkor WHERE detail='A' COLLATE JETTEXT")),
               QStringLiteral("2"));
+}
+
+TEST_F(StoreFile, OnlyDateAndNumberColumnsSortWithoutTheTextOrder)
+{
+    // The ledger's order sorts its date column as stored; a text column of
+    // the same name, made later and by another connection, keeps the text
+    // order ('-' below '+', no case).
+    EXPECT_EQ(rows(cn.execute(QStringLiteral("SELECT id FROM pelkor ORDER BY date, Left(kind,1) DESC, "
+                                             "Len(Mid(kind,2)), Mid(kind,2), detail, [in], out, pelkor.id"))),
+              QStringLiteral("2;1;4;3;5;6"));
+    {
+        Connection other;
+        other.open(path);
+        other.executeRaw(QStringLiteral("CREATE TABLE notes (date TEXT, n INTEGER);"
+                                        "INSERT INTO notes VALUES ('b',1),('A',2),('+',3),('-',4),('a',5)"));
+    }
+    EXPECT_EQ(rows(cn.execute(QStringLiteral("SELECT n FROM notes ORDER BY date, n"))), QStringLiteral("4;3;2;5;1"));
+    EXPECT_EQ(rows(cn.execute(QStringLiteral("SELECT n FROM notes ORDER BY notes.date DESC, n"))),
+              QStringLiteral("1;2;5;3;4"));
+    const std::string withHint =
+        translate(QStringLiteral("SELECT id FROM pelkor ORDER BY date, Left(kind,1) DESC, pelkor.id, p.[in], x"),
+                  [](const QString& table, const QString& column) {
+                      return (table.isEmpty() || table == QLatin1String("pelkor"))
+                          && (column == QLatin1String("date") || column == QLatin1String("id"));
+                  })
+            .sql.toStdString();
+    EXPECT_EQ(withHint, "SELECT id FROM pelkor ORDER BY date, substr(kind, 1, 1) COLLATE JETTEXT DESC, pelkor . id, "
+                        "p . \"in\" COLLATE JETTEXT, x COLLATE JETTEXT");
 }
 
 } // namespace

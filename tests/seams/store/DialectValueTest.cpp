@@ -8,6 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <random>
+#include <string>
+
 namespace pelkor::store {
 namespace {
 
@@ -113,6 +118,48 @@ TEST(ValueTest, ConversionsAndEquality)
     EXPECT_FALSE(Value() == Value::text(QString()));
 }
 
+TEST(ValueTest, ShortAndLongTextsAreTheSameTexts)
+{
+    // A text read from the file is held inline up to 14 bytes and shared
+    // beyond; both must behave as the one QString they stand for.
+    const QByteArray shortHebrew = QStringLiteral("ירוק").toUtf8();              // 8 bytes
+    const QByteArray edge = QByteArray("12345678901234");                        // 14 bytes
+    const QByteArray longHebrew = QStringLiteral("ללא צבע - כהן בע״מ").toUtf8();  // well over 14
+    for (const QByteArray& bytes : {shortHebrew, edge, longHebrew, QByteArray()}) {
+        const Value read = Value::utf8(bytes.constData(), bytes.size());
+        const Value made = Value::text(QString::fromUtf8(bytes));
+        EXPECT_TRUE(read.isText());
+        EXPECT_EQ(read.toString(), QString::fromUtf8(bytes));
+        EXPECT_TRUE(read == made) << bytes.constData();
+        Value copy = read;
+        Value moved = std::move(copy);
+        EXPECT_TRUE(moved == read);
+        EXPECT_TRUE(copy.isNull());  // a moved-from Value is Null, never a dangling text
+        copy = moved;
+        moved = Value::integer(1);
+        EXPECT_EQ(copy.toString(), QString::fromUtf8(bytes));
+    }
+    EXPECT_FALSE(Value::utf8("ab", 2) == Value::utf8("abc", 3));
+    EXPECT_EQ(Value::utf8("1,234.50-", 9).toDouble(), -1234.5);
+    EXPECT_EQ(Value::utf8(" 1,234,567.50-", 14).toDouble(), -1234567.5);
+    EXPECT_EQ(Value::utf8("15/03/2025", 10).toDate(), QDate(2025, 3, 15));
+    EXPECT_EQ(sizeof(Value), 16u);
+}
+
+TEST(TextForms, DayNumbersAgreeWithQDate)
+{
+    // The reader computes day numbers itself; they must be QDate's.
+    for (QDate d(1, 1, 1); d.year() < 3000; d = d.addDays(d.year() < 1900 ? 97 : 1)) {
+        ASSERT_TRUE(text::isValidDate(d.year(), d.month(), d.day())) << d.toString().toStdString();
+        ASSERT_EQ(text::julianDay(d.year(), d.month(), d.day()), d.toJulianDay()) << d.toString().toStdString();
+    }
+    for (auto [y, m, dd] : {std::array{2025, 2, 29}, {1900, 2, 29}, {2025, 4, 31}, {2025, 13, 1}, {0, 1, 1},
+                            {2025, 0, 10}, {2025, 1, 0}})
+        EXPECT_EQ(text::isValidDate(y, m, dd), QDate::isValid(y, m, dd)) << y << "-" << m << "-" << dd;
+    EXPECT_TRUE(text::isValidDate(2000, 2, 29));
+    EXPECT_TRUE(text::isValidDate(2024, 2, 29));
+}
+
 TEST(Collation, MinusBelowPlusCaseIgnored)
 {
     auto cmp = [](const char* a, const char* b) { return jetTextCompare(a, int(strlen(a)), b, int(strlen(b))); };
@@ -123,6 +170,40 @@ TEST(Collation, MinusBelowPlusCaseIgnored)
     EXPECT_LT(cmp("ab", "abc"), 0);
     EXPECT_LT(cmp("z", "א"), 0);      // Hebrew after Latin
     EXPECT_LT(cmp("אב", "אג"), 0);
+}
+
+TEST(Collation, AgreesWithByteByByteOrderOnLongTexts)
+{
+    // The comparison skips equal runs a word at a time; it must order as a
+    // plain walk over the weights does, wherever in a long text the first
+    // difference, a case difference or a sign falls.
+    auto weight = [](unsigned char c) -> int {
+        if (c >= 'A' && c <= 'Z')
+            return c - 'A' + 'a';
+        return c == '-' ? '+' : c == '+' ? '-' : c;
+    };
+    auto reference = [&](const std::string& a, const std::string& b) {
+        const size_t n = std::min(a.size(), b.size());
+        for (size_t i = 0; i < n; ++i)
+            if (weight(static_cast<unsigned char>(a[i])) != weight(static_cast<unsigned char>(b[i])))
+                return weight(static_cast<unsigned char>(a[i])) - weight(static_cast<unsigned char>(b[i]));
+        return int(a.size()) - int(b.size());
+    };
+    auto sign = [](int v) { return (v > 0) - (v < 0); };
+    std::mt19937 rng(7);
+    const std::string alphabet = "aAbB+-,0 \xd7\x90";
+    for (int k = 0; k < 20000; ++k) {
+        std::string a;
+        for (size_t n = rng() % 40; n > 0; --n)
+            a += alphabet[rng() % alphabet.size()];
+        std::string b = a;
+        if (!b.empty() && rng() % 4 != 0)
+            b[rng() % b.size()] = alphabet[rng() % alphabet.size()];
+        if (rng() % 3 == 0)
+            b += alphabet[rng() % alphabet.size()];
+        ASSERT_EQ(sign(jetTextCompare(a.data(), int(a.size()), b.data(), int(b.size()))), sign(reference(a, b)))
+            << a << " / " << b;
+    }
 }
 
 } // namespace
