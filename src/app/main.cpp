@@ -11,7 +11,9 @@
 #include "app/frmMainView.h"
 #include "app/ui/QtUi.h"
 #include "file/Schema.h"
+#include "frame/BusLinks.h"
 #include "frame/Instances.h"
+#include "seams/bus/Mailbox.h"
 #include "frame/frmMain.h"
 #include "seams/platform/Paths.h"
 #include "seams/store/StoreError.h"
@@ -62,9 +64,20 @@ int main(int argc, char** argv)
     env.today = QDate::currentDate();
     env.arguments = app.arguments().mid(1);
     env.children = children.get();
+    // frmMessages: the caption a new-line child answers through.
+    MailboxMessages messages;
+    env.messages = &messages;
+    MailboxBus bus;
+    env.bus = &bus;
     env.endProcess = [](int code) { QCoreApplication::exit(code); };
 
     frmMain logic(env);
+    // txtMessage: the texts a parent's child or the outer host put here.
+    bus::Mailbox txtMessage;
+    txtMessage.setHandler([&logic](const QString& text) {
+        logic.guarded(QStringLiteral("txtMessage_Change"), [&] { logic.txtMessage_Change(text); });
+    });
+    logic.txtMessageId = txtMessage.id();
     frmMainView view(logic);
     qtUi.setParentWindow(&view);
     QTimer::singleShot(0, &logic, [&] {

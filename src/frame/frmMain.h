@@ -150,6 +150,7 @@ public:
     double conv = 0;
     QString detailKindText;
     int detailTypeIndex = -1;
+    std::uint32_t txtMessageId = 0;   // this window's own txtMessage
     std::uint32_t parentTxtMessage = 0, parentMessagesWindow = 0, hostTextBox1 = 0, hostTextBox2 = 0;
 
     // What a load fills (file/Loader).

@@ -167,3 +167,40 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
         EXPECT_TRUE(dump(file) == expected);   // (a 6,000-line difference is no use printed)
     }
 }
+
+// Two real processes: the repair run hands a line with text in a sum to a
+// new-line child; the child's OK (or Cancel) reaches the parent through its
+// mailbox, and the parent goes on (or ends).
+TEST(RepairProcess, BadLinesGoToARealChildAndBack)
+{
+    for (const bool ok : {true, false}) {
+        SCOPED_TRACE(ok ? "OK" : "Cancel");
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+        {
+            pelkor::store::Connection cn;
+            cn.open(file, pelkor::store::Connection::OpenMode::ReadWriteCreate);
+            cn.executeRaw(pelkor::schema::dataFileScript());
+            pelkor::schema::fillStandardCatalogue(cn);
+            cn.executeRaw(QStringLiteral(
+                "INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');"
+                "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"
+                "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+                "(1,'+1','2025-03-01','1','a',10,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+                "(2,'-1','2025-03-02','2','b',0,'12,x',2,' ','ללא צבע');"));
+        }
+        const QString transcript = dir.filePath(QStringLiteral("transcript.tsv"));
+        const QString rule = ok ? QStringLiteral("frmMain.*mode 4 type 3 => cmdOK\n")
+                                : QStringLiteral("frmMain.*mode 4 type 3 => cmdCancel\n");
+        const int code = repairRun(dir.path(), file, -1, rule, transcript);
+        EXPECT_EQ(code, 0);
+        const QStringList got = promptsOf(transcript);
+        const QString child = QStringLiteral("window|frmMain|פלקור - shop | mode 4 type 3|") + (ok ? "cmdOK" : "cmdCancel");
+        EXPECT_TRUE(got.contains(child)) << got.join(QLatin1Char('\n')).toStdString();
+        EXPECT_EQ(got.contains(QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK")), ok);
+        pelkor::store::Connection cn;
+        cn.open(file);
+        EXPECT_EQ(cn.execute(QStringLiteral("SELECT out FROM pelkor WHERE id=2")).at(0, 0).toString(),
+                  ok ? QStringLiteral("0") : QStringLiteral("12,x"));
+    }
+}
