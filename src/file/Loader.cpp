@@ -1,5 +1,7 @@
 #include "file/Loader.h"
 
+#include "file/Display.h"
+
 #include "file/Schema.h"
 #include "file/Upgrades.h"
 #include "frame/Format.h"
@@ -259,6 +261,7 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
     m.iBankRowAboveRed = -1;
     m.zeeFound = false;
     m.IDWithFoundZee.clear();
+    m.msfgMainMarks = {};
     // 2.
     handleAuto(m);
     readInvoiceCategs(m);
@@ -303,6 +306,8 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
     m.lines.clear();
     m.lines.reserve(size_t(n));
     m.mergedBankIndexes.assign(size_t(n), 0);
+    if (m.progMode == modeNewLines)
+        m.balancingLineID = -1;
     Conversion convert;
     convert.isMerged = m.isMerged;
     convert.conv = m.conv;
@@ -324,6 +329,8 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
         if (m.progMode == modeNewLines && m.newLineDialogType == lineDialogUnconfirmedPelkor)
             m.targetDate = L.Date;
         L.zee = RemoveNull(rs.at(r, 8));
+        if (m.progMode == modeNewLines && L.zee == QLatin1String("coord0"))
+            m.balancingLineID = L.Id.toLongLong();
         if (m.isMerged) {
             m.mergedBankIndexes[size_t(i)] = int(rs.at(r, 8).toInt());
             convert.mergedBankIndexes = m.mergedBankIndexes;
@@ -387,26 +394,16 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
             if (L.zee == ipusMark || L.Id == m.ipusID)
                 L.zee = L.Id == m.ipusID ? ipusMark : QStringLiteral(" ");
     }
-    // 17: the running balance and the alternating backgrounds.
+    // 17: the grid, with the running balance and the alternating backgrounds.
     status(m, QStringLiteral("מעדכן תצוגה..."));
-    m.alternatingIndexes.assign(m.lines.size(), 0);
-    double balance = 0;
-    std::uint8_t alt = 0;
-    for (size_t i = 0; i < m.lines.size(); ++i) {
-        if (i > 0 && m.lines[i].Date != m.lines[i - 1].Date)
-            alt ^= 1;
-        m.alternatingIndexes[i] = alt;
-        balance += m.lines[i].In - m.lines[i].out;
-        m.lines[i].balance = balance;
-    }
+    grid::GridModel& g = m.msfgMain;
+    g.setRedraw(false);
+    const int converted = drawLoad(m, g, m.balancingLineID, nullptr);
     // 18.
     if (mainMode && !m.zeeFound)
         m.ui.msgBox(QStringLiteral("no line with zee found"), QStringLiteral("פלקור"));
     // 19.
     if (m.isMerged) {
-        int converted = 0;
-        for (size_t i = 0; i < m.lines.size(); ++i)
-            converted += convert.factorFor(int(i)) != 0 ? 1 : 0;
         const QString what = converted == 0 ? QStringLiteral("ללא המרה")
             : converted == int(m.lines.size()) ? QStringLiteral("עם המרה")
             : converted == 1                   ? QStringLiteral("השורה הורודה מומרת")
@@ -417,15 +414,26 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
     if (theRow == -1)
         theRow = 1;
     if (reasonIsRefresh) {
-        m.topRow = clipRowNum(theRow - m.theOffset, m.rows());
-        m.row = clipRowNum(theRow, m.rows());
+        g.setTopRow(clipRowNum(theRow - m.theOffset, g.Rows()));
+        g.setRow(clipRowNum(theRow, g.Rows()));
     } else {
         if (mainMode) {
-            const int red = clipRowNum(m.iRowAboveRed, m.rows());
-            if (red < m.topRow || red >= m.topRow + m.visibleRows)
-                m.topRow = red;
+            const int red = clipRowNum(m.iRowAboveRed, g.Rows());
+            if (!g.RowIsVisible(red))
+                g.setTopRow(red);
         }
-        m.row = clipRowNum(theRow, m.rows());
+        g.setRow(clipRowNum(theRow, g.Rows()));
+    }
+    if (!reasonIsRefresh || g.Col() < colKind)
+        g.setCol(colKind);
+    m.row = g.Row();
+    m.topRow = g.TopRow();
+    g.setRedraw(true);
+    updateCursorCells(m, g, m.msfgMainMarks, m.balancingLineID);
+    if (m.progMode == modeDetail) {
+        const Totals t = calcTotals(m);
+        m.lblTotalIncome = t.lblTotalIncome;
+        m.lblTotalExpense = t.lblTotalExpense;
     }
     // 23.
     m.openDBisBusy = false;

@@ -13,7 +13,9 @@
 // run a whole start on a temporary folder with scripted dialogs.
 #pragma once
 
+#include "file/Display.h"
 #include "file/Lines.h"
+#include "seams/grid/GridModel.h"
 #include "frame/CommandLine.h"
 #include "frame/ExecuteSql.h"
 #include "frame/Trace.h"
@@ -175,6 +177,12 @@ public:
     bool openDBisBusy = false;
     bool zeeFound = false;
     QString IDWithFoundZee;
+
+    // The main grid and what the cursor left behind in it.
+    grid::GridModel msfgMain;
+    CursorMarks msfgMainMarks;
+    long long balancingLineID = -1;
+    QString lblTotalIncome, lblTotalExpense;
 
     // What the window shows (the view mirrors these).
     QString caption;                 // the window's title
