@@ -1,5 +1,7 @@
 #include "app/frmMainView.h"
 
+#include "app/grid/GridView.h"
+#include "file/Display.h"
 #include "frame/Format.h"
 #include "frame/frmMain.h"
 
@@ -15,44 +17,6 @@
 #include <QVBoxLayout>
 
 namespace pelkor {
-
-// The lines of the last load, one row each, read straight from frmMain.
-class LinesModel : public QAbstractTableModel {
-public:
-    explicit LinesModel(const frmMain& m, QObject* parent) : QAbstractTableModel(parent), m_(m) {}
-    void reset() { beginResetModel(); endResetModel(); }
-    int rowCount(const QModelIndex& = {}) const override { return int(m_.lines.size()); }
-    int columnCount(const QModelIndex& = {}) const override { return 8; }
-    QVariant headerData(int s, Qt::Orientation o, int role) const override
-    {
-        static const char* captions[] = {"סיווג", "תאריך", "אסמכתא", "פירוט", "הכנסה", "הוצאה", "סוג", "יתרה"};
-        if (role == Qt::DisplayRole && o == Qt::Horizontal && s >= 0 && s < 8)
-            return QString::fromUtf8(captions[s]);
-        return QAbstractTableModel::headerData(s, o, role);
-    }
-    QVariant data(const QModelIndex& i, int role) const override
-    {
-        const Line& L = m_.lines[size_t(i.row())];
-        if (role == Qt::TextAlignmentRole && (i.column() == 4 || i.column() == 5 || i.column() == 7))
-            return int(Qt::AlignLeft | Qt::AlignVCenter);   // numbers read left to right
-        if (role != Qt::DisplayRole)
-            return {};
-        switch (i.column()) {
-        case 0: return FormatKind(L.kind);
-        case 1: return L.Date == nullDate() ? QString() : formatDate224(L.Date);
-        case 2: return L.confirm;
-        case 3: return L.detail;
-        case 4: return L.In == 0 ? QString() : FormatSum(L.In);
-        case 5: return L.out == 0 ? QString() : FormatSum(L.out);
-        case 6: return L.Type;
-        case 7: return FormatSum(L.balance);
-        }
-        return {};
-    }
-
-private:
-    const frmMain& m_;
-};
 
 frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent), m_(logic)
 {
@@ -72,15 +36,15 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     newLines_ = new QLabel(central);
     newLines_->setWordWrap(true);
     col->addWidget(newLines_);
-    table_ = new QTableView(central);
-    model_ = new LinesModel(m_, table_);
-    table_->setModel(model_);
-    table_->setLayoutDirection(Qt::RightToLeft);
-    table_->verticalHeader()->setDefaultSectionSize(22);
-    table_->horizontalHeader()->setStretchLastSection(false);
-    table_->setColumnWidth(3, 280);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table_ = new grid::GridView(m_.msfgMain, central);
     col->addWidget(table_, 1);
+    connect(table_, &grid::GridView::cellEntered, this, [this](int r, int) {
+        m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this, r] {
+            m_.row = r;
+            m_.topRow = m_.msfgMain.TopRow();
+            updateCursorCells(m_, m_.msfgMain, m_.msfgMainMarks, m_.balancingLineID);
+        });
+    });
     setCentralWidget(central);
 
     auto* file = menuBar()->addMenu(QStringLiteral("קובץ"));
@@ -118,13 +82,9 @@ void frmMainView::mirror()
 
 void frmMainView::reload()
 {
-    model_->reset();
+    table_->setRedLineRow(redLineRow(m_));
     table_->resizeColumnsToContents();
-    table_->setColumnWidth(3, std::max(table_->columnWidth(3), 260));
-    if (m_.row >= 1 && m_.row <= int(m_.lines.size())) {
-        table_->scrollTo(model_->index(m_.topRow - 1, 0), QAbstractItemView::PositionAtTop);
-        table_->selectRow(m_.row - 1);
-    }
+    table_->setColumnWidth(colDetail - 1, std::max(table_->columnWidth(colDetail - 1), 260));
 }
 
 void frmMainView::closeEvent(QCloseEvent* e)

@@ -8,12 +8,12 @@
 #include <QMainWindow>
 
 class QLabel;
-class QTableView;
+
+namespace pelkor::grid { class GridView; }
 
 namespace pelkor {
 
 class frmMain;
-class LinesModel;
 
 class frmMainView : public QMainWindow {
     Q_OBJECT
@@ -31,8 +31,7 @@ private:
     QLabel* status_ = nullptr;
     QLabel* fileName_ = nullptr;
     QLabel* newLines_ = nullptr;
-    QTableView* table_ = nullptr;
-    LinesModel* model_ = nullptr;
+    grid::GridView* table_ = nullptr;
     QRect placed_;   // the last place the outer host gave
 };
 
