@@ -15,8 +15,9 @@ StartCommand wrong(const QString& reason)
 }
 
 // Splits off the first n blank-separated fields; the rest of the line
-// (blanks included) is the last element.
-bool fieldsAndRest(const QString& line, int n, QStringList& fields, QString& rest)
+// (blanks included) is the last element. False when a field is missing, or
+// the rest is empty and may not be.
+bool fieldsAndRest(const QString& line, int n, QStringList& fields, QString& rest, bool restMayBeEmpty = false)
 {
     int pos = 0;
     fields.clear();
@@ -33,7 +34,7 @@ bool fieldsAndRest(const QString& line, int n, QStringList& fields, QString& res
     while (pos < line.size() && line[pos] == QLatin1Char(' '))
         ++pos;
     rest = line.mid(pos);
-    return !rest.isEmpty();
+    return restMayBeEmpty || !rest.isEmpty();
 }
 
 bool parseDay(const QString& s, QDate& d)
@@ -73,7 +74,7 @@ StartCommand parseDetail(const QString& args, bool merged)
         if (!fieldsAndRest(rest, 3, g, c.file))
             return wrong(QStringLiteral("detail: missing fields"));
         if (!parseDay(g[0], c.fromDate) || !parseDay(g[1], c.toDate))
-            return wrong(QStringLiteral("detail: bad date"));
+            return wrong(QStringLiteral("detail: bad date in ") + g[0] + QLatin1Char(' ') + g[1]);
         if (c.detailKind == 3) {
             c.detailKindText = g[2];
         } else {
@@ -82,6 +83,26 @@ StartCommand parseDetail(const QString& args, bool merged)
                 return wrong(QStringLiteral("detail: bad type ") + g[2]);
         }
     }
+    return c;
+}
+
+// "host <h1> <h2> <rest>": the rest read as a main instance's line.
+StartCommand parseHosted(const QString& args)
+{
+    QStringList f;
+    QString rest;
+    std::uint32_t h1 = 0, h2 = 0;
+    if (!fieldsAndRest(args, 2, f, rest, true))
+        return wrong(QStringLiteral("host: missing fields"));
+    if (!parseIdText(f[0], h1) || !parseIdText(f[1], h2))
+        return wrong(QStringLiteral("host: bad id in ") + f[0] + QLatin1Char(' ') + f[1]);
+    StartCommand c = rest.startsWith(QLatin1String("host ")) ? wrong(QStringLiteral("host: twice"))
+                                                              : parseCommandLine(rest);
+    using V = StartCommand::Verb;
+    if (c.verb == V::New || c.verb == V::WrongNewLineType || c.verb == V::Detail || c.verb == V::Merged)
+        c = wrong(QStringLiteral("host: a child instance takes no host prefix"));
+    c.hostTextBox1 = h1;
+    c.hostTextBox2 = h2;
     return c;
 }
 
@@ -120,6 +141,8 @@ StartCommand parseCommandLine(const QString& theCommand)
     const QString cmd = theCommand;
     if (cmd.trimmed().isEmpty())
         return {};
+    if (cmd.startsWith(QLatin1String("host ")))
+        return parseHosted(cmd.mid(5));
     if (cmd.startsWith(QLatin1String("new"))) {
         StartCommand c;
         c.verb = StartCommand::Verb::New;
@@ -137,7 +160,7 @@ StartCommand parseCommandLine(const QString& theCommand)
             return wrong(QStringLiteral("new: missing fields"));
         if (!parseIdText(cmd.mid(5, 8), c.parentMessagesWindow) || !parseIdText(cmd.mid(14, 8), c.hostTextBox1)
             || !parseIdText(cmd.mid(23, 8), c.hostTextBox2))
-            return wrong(QStringLiteral("new: bad id"));
+            return wrong(QStringLiteral("new: bad id in ") + cmd.mid(5, 26));
         c.file = cmd.mid(32);
         if (c.file.trimmed().isEmpty())
             return wrong(QStringLiteral("new: no file"));
@@ -160,7 +183,7 @@ StartCommand parseCommandLine(const QString& theCommand)
             && c.mergedVerb != QLatin1String("ktrpd"))
             return wrong(QStringLiteral("merged: bad report ") + f[0]);
         if (!parseDay(f[1], c.fromDate) || !parseDay(f[2], c.toDate))
-            return wrong(QStringLiteral("merged: bad date"));
+            return wrong(QStringLiteral("merged: bad date in ") + f[1] + QLatin1Char(' ') + f[2]);
         if (!parseIdText(f[3], c.parentTxtMessage))
             return wrong(QStringLiteral("merged: bad id ") + f[3]);
         return c;

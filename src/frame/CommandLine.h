@@ -14,6 +14,14 @@
 //   merged <verb> <from> <to> <h> <file>     a merged file's period report
 //   dayblnc                                  the daily summary alone
 //   bank...                                  open, then start reconciling
+//   host <h1> <h2> <any of the main forms>   the same under the outer host
+//
+// The outer host starts a main instance (a repair run, a working run, the
+// daily summary, a reconciliation) with its two text boxes in front of the
+// verb, as ids in the order the new-line child's line carries them
+// (hostTextBox1, hostTextBox2; zeros for none). A child verb takes no such
+// prefix: a new-line child has the host's ids at its fixed positions, and
+// a detail or merged child answers its parent only.
 //
 // A file path is always the rest of the line, so it may hold blanks.
 // Anything else is refused with a reason; the caller shows "wrong option"
@@ -33,7 +41,7 @@ struct StartCommand {
     int progMode = 2;
     int newLineDialogType = -1;
     std::uint32_t parentMessagesWindow = 0;  // new: the parent's frmMessages
-    std::uint32_t hostTextBox1 = 0, hostTextBox2 = 0;
+    std::uint32_t hostTextBox1 = 0, hostTextBox2 = 0;  // new, or a host prefix
     std::uint32_t parentTxtMessage = 0;       // detail, merged: the sender's txtMessage
     QString file;                             // empty: from the parameters
     int detailKind = -1;
@@ -44,6 +52,8 @@ struct StartCommand {
     bool isMerged = false;
     QString mergedVerb;                       // "ktrep", "ktrpw", "ktrpd"
     QString reason;                           // why a Wrong command was refused
+    // A Wrong command keeps the host's ids when its prefix was whole, so
+    // the host still hears the instance end.
 };
 
 // Reads theCommand (the arguments joined by single blanks).

@@ -93,6 +93,11 @@ void frmMain::initializeForm()
     conv = 0;
     theCommand = env.arguments.join(QLatin1Char(' '));
     command = parseCommandLine(theCommand);
+    // The outer host's boxes: a new-line child's fixed positions, or the
+    // host's prefix in front of a main instance's verb.
+    hostTextBox1 = command.hostTextBox1;
+    hostTextBox2 = command.hostTextBox2;
+    isFromKelvanto = hostTextBox1 != 0;
     using V = StartCommand::Verb;
     switch (command.verb) {
     case V::Empty:
@@ -105,6 +110,9 @@ void frmMain::initializeForm()
         return;
     case V::Wrong:
         trace.traceLine(QStringLiteral("initializeForm"), command.reason);
+        // The box says only "wrong option"; whoever started us from a shell
+        // reads why on the standard error.
+        qWarning("pelkor: wrong option: %s", qUtf8Printable(command.reason));
         ui.msgBox(QStringLiteral("wrong option"), title);
         exitProg();
         return;
@@ -120,9 +128,6 @@ void frmMain::initializeForm()
         detailTypeIndex = command.detailTypeIndex;
         parentTxtMessage = command.parentTxtMessage;
         parentMessagesWindow = command.parentMessagesWindow;
-        hostTextBox1 = command.hostTextBox1;
-        hostTextBox2 = command.hostTextBox2;
-        isFromKelvanto = hostTextBox1 != 0;
         if (progMode == modeNewLines && newLineDialogType == lineDialogBadLines) {
             lblNewLines = QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה.");
             linesTable = QStringLiteral("pelkor");
