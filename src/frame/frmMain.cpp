@@ -405,33 +405,57 @@ void frmMain::cmdCancel_Click()
     exitProg();
 }
 
+namespace {
+
+// Every text txtMessage takes, in the order it is compared, with the
+// handler it runs; run is null for a handler this version does not have
+// yet. A handler that several texts run is one entry, so they cannot drift
+// apart: "gotoipus" is cmdIpus_Click like "setipus", not
+// cmdGoToIpusLine_Click.
+struct TextAction {
+    const char* texts[2];
+    const char* handler;
+    void (frmMain::*run)();
+};
+const TextAction textActions[] = {
+    {{"coordinate", nullptr}, "cmdCoordinate_Click", nullptr},
+    {{"add", nullptr}, "cmdAdd_Click", nullptr},
+    {{"gotoautomatic", nullptr}, "cmdGoToAutomaticCoordination_Click", nullptr},
+    {{"setipus", "gotoipus"}, "cmdIpus_Click", nullptr},
+    {{"refresh", "closed"}, "cmdRefresh_Click", &frmMain::cmdRefresh_Click},
+    {{"close", nullptr}, "cmdClose_Click", &frmMain::cmdClose_Click},
+    {{"bankcoord", nullptr}, "cmdBankCoordination_Click", nullptr},
+    {{"delete", nullptr}, "msfgMain_KeyUp", nullptr},   // key code 46, no shift
+};
+
+const TextAction* actionFor(const QString& text)
+{
+    for (const TextAction& a : textActions)
+        for (const char* t : a.texts)
+            if (t && text == QLatin1String(t))
+                return &a;
+    return nullptr;
+}
+
+} // namespace
+
+QString frmMain::txtMessageHandler(const QString& text)
+{
+    if (const TextAction* a = actionFor(text))
+        return QLatin1String(a->handler);
+    return text.startsWith(QLatin1String("ltrb")) ? QStringLiteral("setLTRB") : QString();
+}
+
 bool frmMain::txtMessage_Change(const QString& text)
 {
     TraceScope t(trace, QStringLiteral("txtMessage_Change"));
     t.line(text);
-    // Every text the box takes, in the order it is compared. Each handler
-    // that this program has is called; the others are told to the trace.
-    struct Action { const char* text; std::function<void()> run; };
-    const Action table[] = {
-        {"coordinate", nullptr},
-        {"add", nullptr},
-        {"gotoautomatic", nullptr},
-        {"setipus", nullptr},
-        {"gotoipus", nullptr},   // the same as "setipus"
-        {"refresh", [this] { cmdRefresh_Click(); }},
-        {"closed", [this] { cmdRefresh_Click(); }},
-        {"close", [this] { cmdClose_Click(); }},
-        {"bankcoord", nullptr},
-        {"delete", nullptr},
-    };
-    for (const Action& a : table) {
-        if (text != QLatin1String(a.text))
-            continue;
-        if (!a.run) {
-            t.line(QStringLiteral("no handler in this version"));
+    if (const TextAction* a = actionFor(text)) {
+        if (!a->run) {
+            t.line(QLatin1String(a->handler) + QStringLiteral(": no handler in this version"));
             return false;
         }
-        a.run();
+        (this->*(a->run))();
         return true;
     }
     if (text.startsWith(QLatin1String("ltrb"))) {
@@ -486,6 +510,9 @@ void frmMain::announceReady()
     QString text = caption + QStringLiteral(" | mode %1").arg(progMode);
     if (progMode == modeNewLines)
         text += QStringLiteral(" type %1").arg(newLineDialogType);
+    // A detail child's label holds its selection, which its title does not.
+    if (progMode == modeDetail)
+        text += QStringLiteral(" | ") + lblFileName.trimmed();
     // From the event loop, so a scripted click never runs inside the start.
     QTimer::singleShot(0, this, [this, text] {
         if (!ended_)

@@ -95,14 +95,20 @@ public:
 
     // ---- texts from other processes -------------------------------------
     // What txtMessage does with a text another process (or the outer host)
-    // put into it. Returns false for a text that means nothing here.
+    // put into it. Returns false for a text that means nothing here, and for
+    // one whose handler this version does not have yet (traced).
     bool txtMessage_Change(const QString& text);
+    // The name of the handler a text runs ("cmdRefresh_Click", "setLTRB"),
+    // whether this version has it or not; empty for a text that runs none.
+    static QString txtMessageHandler(const QString& text);
     // The outer host places the window: "L T R B" in pixels.
     void setLTRB(const QString& ltrb);
     // A control of this window clicked by name (scripted runs, the host).
     // False when the window has no such control in this mode.
     bool clickControl(const QString& name);
-    // Tells the scripted dialogs (or nobody) that the window is ready.
+    // Tells the scripted dialogs (or nobody) that the window is ready, as
+    // "<caption> | mode <progMode>", then " type <t>" for a new-line child
+    // and " | <lblFileName>" (the selection) for a detail child.
     void announceReady();
     // The text a child sends its parent, and to the outer host.
     void sendToParent(const QString& text);

@@ -128,3 +128,15 @@ TEST_F(ChildTest, DetailChildTellsWhetherItChangedTheFile)
         EXPECT_EQ(bus.sent, QStringList{QStringLiteral("0000beef ") + (change ? QStringLiteral("closed") : QStringLiteral("nochange"))});
     }
 }
+
+// One handler per entry of txtMessage's table, whatever texts lead to it;
+// a text must match whole.
+TEST(TextTable, TextsThatShareAHandlerShareItsEntry)
+{
+    EXPECT_EQ(frmMain::txtMessageHandler(QStringLiteral("setipus")), QStringLiteral("cmdIpus_Click"));
+    EXPECT_EQ(frmMain::txtMessageHandler(QStringLiteral("gotoipus")), QStringLiteral("cmdIpus_Click"));
+    EXPECT_EQ(frmMain::txtMessageHandler(QStringLiteral("closed")), QStringLiteral("cmdRefresh_Click"));
+    EXPECT_EQ(frmMain::txtMessageHandler(QStringLiteral("ltrb 25 300 770 300")), QStringLiteral("setLTRB"));
+    for (const char* none : {"nochange", "Refresh", "refresh ", "", "unload"})
+        EXPECT_EQ(frmMain::txtMessageHandler(QString::fromUtf8(none)), QString()) << none;
+}
