@@ -5,6 +5,7 @@
 //   prjPelkor open [<file.pkr>]     a working run (without a file: the current one)
 //   prjPelkor <file.pkr>            the same, as a desktop starts it
 //   prjPelkor new<t> ... / detail ... / merged ...   child instances
+//   prjPelkor host <h1> <h2> [...]  any main form under the outer host
 //
 // With PELKOR_DIALOGS or PELKOR_TRANSCRIPT set, every question goes to the
 // scripted dialogs instead of a window, so whole runs work headless.
@@ -14,6 +15,7 @@
 #include "frame/BusLinks.h"
 #include "frame/Instances.h"
 #include "seams/bus/Mailbox.h"
+#include "seams/bus/Published.h"
 #include "frame/frmMain.h"
 #include "seams/platform/Paths.h"
 #include "seams/store/StoreError.h"
@@ -44,6 +46,9 @@ int main(int argc, char** argv)
         }
         return 0;
     }
+
+    // A parent starts its children minimised (frame/Instances.h).
+    const WindowShow show = takeWindowShow();
 
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
@@ -78,12 +83,29 @@ int main(int argc, char** argv)
         logic.guarded(QStringLiteral("txtMessage_Change"), [&] { logic.txtMessage_Change(text); });
     });
     logic.txtMessageId = txtMessage.id();
+    // Listed under our process id, so the outer host that started us finds
+    // it (seams/bus/Published.h).
+    bus::Publication listed(QStringLiteral("txtMessage"), txtMessage.id());
     frmMainView view(logic);
     qtUi.setParentWindow(&view);
     QTimer::singleShot(0, &logic, [&] {
         logic.guarded(QStringLiteral("Form_Load"), [&] { logic.Form_Load(); });
-        if (!logic.ended())
+        if (logic.ended())
+            return;
+        switch (show) {
+        case WindowShow::Minimized:
+            // Whether a minimised window holds the keyboard focus is the
+            // desktop's choice; asking for it would make most desktops
+            // restore the window, so we do not.
+            view.showMinimized();
+            break;
+        case WindowShow::Maximized:
+            view.showMaximized();
+            break;
+        case WindowShow::Normal:
             view.show();
+            break;
+        }
     });
     const int code = logic.ended() ? logic.exitCode() : app.exec();
     if (scripted)

@@ -21,6 +21,17 @@ QStringList splitCommand(const QString& theCommand, int fieldsBeforeFile)
     return out;
 }
 
+WindowShow takeWindowShow()
+{
+    const QString v = qEnvironmentVariable(windowShowVariable);
+    qunsetenv(windowShowVariable);
+    if (v == QLatin1String("minimized"))
+        return WindowShow::Minimized;
+    if (v == QLatin1String("maximized"))
+        return WindowShow::Maximized;
+    return WindowShow::Normal;
+}
+
 namespace {
 
 class ProcessChildren : public Children {
@@ -37,6 +48,9 @@ public:
         // "new<t> h1 h2 h3 file": four fields, then the file.
         const int fields = theCommand.startsWith(QLatin1String("new")) ? 4 : 0;
         auto* p = new QProcess();
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QString::fromLatin1(windowShowVariable), QStringLiteral("minimized"));
+        p->setProcessEnvironment(env);
         p->setProgram(program_);
         p->setArguments(fields ? splitCommand(theCommand, fields) : QStringList{theCommand});
         p->setProcessChannelMode(QProcess::ForwardedChannels);

@@ -40,8 +40,9 @@ private:
 class Children {
 public:
     virtual ~Children() = default;
-    // Starts the program with theCommand (the verb line), minimised where
-    // the desktop allows. False when it could not be started.
+    // Starts the program with theCommand (the verb line), minimised with the
+    // focus where the desktop allows (WindowShow below). False when it could
+    // not be started.
     virtual bool start(const QString& theCommand) = 0;
     // True while the last child started is still running.
     virtual bool running() const = 0;
@@ -58,6 +59,15 @@ public:
     // host's box fires on leaving). Nothing when box1 is 0.
     virtual bool sendToHost(std::uint32_t box1, std::uint32_t box2, const QString& text) = 0;
 };
+
+// How a started instance shows its window. The verb lines are fixed, so a
+// parent says it in the child's environment: PELKOR_SHOW is "minimized" or
+// "maximized". An instance started any other way shows itself as usual.
+enum class WindowShow { Normal, Minimized, Maximized };
+inline constexpr char windowShowVariable[] = "PELKOR_SHOW";
+// Reads PELKOR_SHOW and removes it from this process's environment, so an
+// instance this one starts gets only what it is told.
+WindowShow takeWindowShow();
 
 // Starts the program's own executable with the verb line split into its
 // fields (a file path at the end stays one argument, blanks and all).
