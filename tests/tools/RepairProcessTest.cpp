@@ -4,24 +4,18 @@
 #include "seams/store/Connection.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "QtPrinters.h"
+#include "tools/ProcessSupport.h"
+#include "tools/TestHost.h"
+
+using namespace pelkor::proctest;
 
 namespace {
-
-QStringList promptsOf(const QString& transcript)
-{
-    QFile f(transcript);
-    QStringList out;
-    if (!f.open(QIODevice::ReadOnly))
-        return out;
-    for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        out << line.split(QLatin1Char('\t')).mid(1).join(QLatin1Char('|'));
-    return out;
-}
 
 // Runs the repair run of file, headless, with these rules after the one
 // that picks the file, and a transcript when one is named; kills it after
@@ -30,30 +24,19 @@ QStringList promptsOf(const QString& transcript)
 int repairRun(const QString& dir, const QString& file, int killAfterMs, const QString& moreRules = {},
               const QString& transcript = {})
 {
-    const QString rules = dir + QStringLiteral("/rules");
-    QFile f(rules);
-    if (!f.open(QIODevice::WriteOnly))
+    Program p(dir);
+    p.transcript = transcript;
+    if (!p.setRules(QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n') + moreRules) || !p.start({}))
         return -1;
-    f.write((QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n') + moreRules).toUtf8());
-    f.close();
-    QProcess p;
-    auto env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("PELKOR_HOME"), dir + QStringLiteral("/home"));
-    env.insert(QStringLiteral("PELKOR_DIALOGS"), rules);
-    if (!transcript.isEmpty())
-        env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), {});
-    if (killAfterMs >= 0 && !p.waitForFinished(killAfterMs)) {
-        p.kill();
-        p.waitForFinished(10000);
-        return -1;
-    }
-    if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit)
-        return -1;
-    return p.exitCode();
+    return p.finish(killAfterMs >= 0 ? killAfterMs : 120000);
 }
+
+// Two lines, the second with text in its sum: the load hands it to a
+// new-line child of type 3.
+const QString textInASum = QStringLiteral(
+    "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+    "(1,'+1','2025-03-01','1','a',10,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+    "(2,'-1','2025-03-02','2','b',0,'12,x',2,' ','ללא צבע');");
 
 QString dump(const QString& file)
 {
@@ -177,18 +160,7 @@ TEST(RepairProcess, BadLinesGoToARealChildAndBack)
         SCOPED_TRACE(ok ? "OK" : "Cancel");
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("shop.pkr"));
-        {
-            pelkor::store::Connection cn;
-            cn.open(file, pelkor::store::Connection::OpenMode::ReadWriteCreate);
-            cn.executeRaw(pelkor::schema::dataFileScript());
-            pelkor::schema::fillStandardCatalogue(cn);
-            cn.executeRaw(QStringLiteral(
-                "INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');"
-                "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"
-                "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
-                "(1,'+1','2025-03-01','1','a',10,0,1,'ZZZZZZZZZZ','ללא צבע'),"
-                "(2,'-1','2025-03-02','2','b',0,'12,x',2,' ','ללא צבע');"));
-        }
+        makeLedger(file, textInASum);
         const QString transcript = dir.filePath(QStringLiteral("transcript.tsv"));
         const QString rule = ok ? QStringLiteral("frmMain.*mode 4 type 3 => cmdOK\n")
                                 : QStringLiteral("frmMain.*mode 4 type 3 => cmdCancel\n");
@@ -198,9 +170,80 @@ TEST(RepairProcess, BadLinesGoToARealChildAndBack)
         const QString child = QStringLiteral("window|frmMain|פלקור - shop | mode 4 type 3|") + (ok ? "cmdOK" : "cmdCancel");
         EXPECT_TRUE(got.contains(child)) << got.join(QLatin1Char('\n')).toStdString();
         EXPECT_EQ(got.contains(QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK")), ok);
-        pelkor::store::Connection cn;
-        cn.open(file);
-        EXPECT_EQ(cn.execute(QStringLiteral("SELECT out FROM pelkor WHERE id=2")).at(0, 0).toString(),
+        EXPECT_EQ(query(file, QStringLiteral("SELECT out FROM pelkor WHERE id=2")),
                   ok ? QStringLiteral("0") : QStringLiteral("12,x"));
     }
+}
+
+// The new-line child dies without a word (killed while the user would be
+// typing): the parent does not stay disabled waiting for it. It takes the
+// silence as "pelkor CLOSED", which for the bad-lines child ends the repair
+// run, and its trace says why. The file is whole and as it was.
+TEST(RepairProcess, AChildKilledWithoutAWordEndsTheRepairRun)
+{
+    RuntimeFolder folder;
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    makeLedger(file, textInASum);
+    const QString before = query(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id"));
+
+    Program parent(dir.path());
+    ASSERT_TRUE(parent.traceOn());
+    // No rule for the child's window: it waits for a user who never comes.
+    ASSERT_TRUE(parent.setRules(QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n')));
+    ASSERT_TRUE(parent.start({}));
+    ASSERT_TRUE(parent.waitForWindow(QStringLiteral("mode 4 type 3"))) << parent.prompts().join(QLatin1Char('\n')).toStdString();
+
+    // The child is the process whose start line is a new-line verb.
+    qint64 child = 0;
+    for (const Record& r : parent.records())
+        if (r.kind == QLatin1String("start") && r.text.contains(QLatin1String(" new3 ")))
+            child = r.pid;
+    ASSERT_GT(child, 0);
+    ASSERT_NE(child, parent.pid());
+    ASSERT_EQ(::kill(pid_t(child), SIGKILL), 0);
+
+    EXPECT_EQ(parent.finish(), 0);
+    const QStringList got = parent.prompts();
+    // The parent ended on its own (no report of a finished repair), and the
+    // child left no exit line: it never got to say anything.
+    EXPECT_FALSE(got.contains(QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK")));
+    EXPECT_EQ(got.filter(QStringLiteral("exit||")).size(), 1) << got.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(parent.records().last().pid, parent.pid());
+
+    const QString trace = parent.trace();
+    EXPECT_TRUE(trace.contains(QStringLiteral("*** timerCoordinationMessageChecker: the child ended without an answer")))
+        << trace.toStdString();
+    EXPECT_TRUE(trace.contains(QStringLiteral("*** timerCoordinationMessageChecker: pelkor CLOSED")));
+    EXPECT_TRUE(trace.contains(QStringLiteral("*** exitProg: <<<< starting")));
+
+    EXPECT_EQ(integrityOf(file), QStringLiteral("ok"));
+    EXPECT_EQ(query(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
+}
+
+// Under the outer host the repair run hands its host's boxes on to the
+// new-line child, yet only the run itself says "unload", once, when it
+// ends: a new-line child never does.
+TEST(RepairProcess, UnderAHostOnlyTheRunSaysUnload)
+{
+    RuntimeFolder folder;
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    makeLedger(file, textInASum);
+    TestHost host;
+    Program run(dir.path());
+    ASSERT_TRUE(run.setRules(QStringLiteral("בחר קובץ => ") + file + QStringLiteral("\nfrmMain.*mode 4 type 3 => cmdOK\n")));
+    ASSERT_TRUE(run.start(host.arguments({})));
+    EXPECT_EQ(run.finish(), 0);
+
+    const QList<Record> records = run.records();
+    QStringList childStarts;
+    for (const Record& r : records)
+        if (r.kind == QLatin1String("start") && r.text.contains(QLatin1String(" new3 ")))
+            childStarts << r.text.mid(r.text.indexOf(QLatin1String(" new3 ")) + 1);
+    ASSERT_EQ(childStarts.size(), 1);
+    EXPECT_TRUE(childStarts[0].startsWith(QStringLiteral("new3 ")));
+    EXPECT_EQ(childStarts[0].mid(14, 17), pelkor::idText(host.box1.id()) + QLatin1Char(' ') + pelkor::idText(host.box2.id()));
+    EXPECT_TRUE(run.prompts().contains(QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK")));
+    EXPECT_EQ(host.sent(), QStringList{QStringLiteral("focus|unload|focus")});
 }
