@@ -79,16 +79,39 @@ CellStyle cellStyle(const frmMain& m, int i, int col, std::uint32_t back)
 
 // Writes the balance of line i into its cell, with the credit test: a
 // balance below theCredit is red and bold. The background is the cell's.
+// The balance cell's look on a background, with the credit test: a
+// balance below theCredit is red and bold.
+CellStyle balanceStyle(const frmMain& m, const Line& L, std::uint32_t back)
+{
+    const bool over = L.balance - m.theCredit < 0;
+    return CellStyle{back, over ? colors::overCredit : colors::text, over};
+}
+
 void drawBalanceCell(const frmMain& m, GridModel& g, int i)
 {
     const Line& L = m.lines[size_t(i)];
     const int r = i + 1;
     g.setText(r, colBalance, FormatSum(L.balance));
-    CellStyle s = g.style(r, colBalance);
-    const bool over = L.balance - m.theCredit < 0;
-    s.fore = over ? colors::overCredit : colors::text;
-    s.bold = over;
-    g.setStyle(r, colBalance, s);
+    g.setStyle(r, colBalance, balanceStyle(m, L, g.style(r, colBalance).back));
+}
+
+// What cell c of line i shows.
+QString lineCellText(const frmMain& m, int i, int c)
+{
+    if (i < 0 || i >= int(m.lines.size()))
+        return {};
+    const Line& L = m.lines[size_t(i)];
+    switch (c) {
+    case colKind: return FormatKind(L.kind);
+    case colDate: return dateText(L.Date);
+    case colConfirm: return L.confirm;
+    case colDetail: return L.detail;
+    case colIn: return FormatSum(L.In);
+    case colOut: return FormatSum(L.out);
+    case colType: return L.Type;
+    case colBalance: return FormatSum(L.balance);
+    default: return {};
+    }
 }
 
 // Redraw off for the life of the object, then back as it was.
@@ -183,29 +206,25 @@ int drawLoad(frmMain& m, GridModel& g, long long balancingLineID, const PaintedI
         L.isPainted = false;   // the mark's colour comes last, below
         const std::uint32_t back = rowColor(m, i, balancingId);
 
+        // Styles now, texts when a row is first read (below).
         g.setStyle(r, colMark, cellStyle(m, i, colMark, back));
-        g.setText(r, colKind, FormatKind(L.kind));
         g.setStyle(r, colKind, cellStyle(m, i, colKind, back));
-        g.setText(r, colDate, dateText(L.Date));
-        g.setText(r, colConfirm, L.confirm);
-        g.setText(r, colDetail, L.detail);
         g.setStyle(r, colDate, colDetail, cellStyle(m, i, colDate, back));
-        g.setText(r, colIn, FormatSum(L.In));
         g.setStyle(r, colIn, cellStyle(m, i, colIn, back));
-        g.setText(r, colOut, FormatSum(L.out));
         g.setStyle(r, colOut, cellStyle(m, i, colOut, back));
-        g.setText(r, colType, L.Type);
         g.setStyle(r, colType, cellStyle(m, i, colType, back));
-        if (withBalance) {
-            g.setStyle(r, colBalance, CellStyle{colors::balanceBack[alternate], colors::text, false});
-            drawBalanceCell(m, g, i);
-        }
+        if (withBalance)
+            g.setStyle(r, colBalance, balanceStyle(m, L, colors::balanceBack[alternate]));
         if (painted && painted->contains(L.Id)) {
             L.isPainted = true;
             for (int c = colKind; c <= lastPainted; ++c)
                 g.setBackColor(r, c, colors::markCell);
         }
     }
+    // The texts of a line's cells, made from the line when a cell is read.
+    const frmMain* lines = &m;
+    g.setTextSource([lines](int r, int c) { return lineCellText(*lines, r - 1, c); });
+    g.deferTexts(1, n, colKind, g.Cols() - 1);
     return converted;
 }
 

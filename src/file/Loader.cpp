@@ -195,6 +195,39 @@ bool handOverBadLines(frmMain& m)
     return true;
 }
 
+// The few texts a column repeats (kinds, colour words, marks) made into
+// strings once and shared by every line that holds them: a load of many
+// lines then costs neither the conversions nor the memory of copies.
+class RecentTexts {
+public:
+    QString operator()(const Value& v)
+    {
+        if (v.isNull())
+            return QString();
+        for (int i = 0; i < used_; ++i) {
+            if (keys_[i] == v) {
+                if (i > 0) {   // to the front: the common ones are found first
+                    std::swap(keys_[i], keys_[0]);
+                    std::swap(texts_[i], texts_[0]);
+                }
+                return texts_[0];
+            }
+        }
+        const int slot = used_ < size ? used_++ : size - 1;
+        keys_[slot] = v;
+        texts_[slot] = v.toString();
+        std::swap(keys_[slot], keys_[0]);
+        std::swap(texts_[slot], texts_[0]);
+        return texts_[0];
+    }
+
+private:
+    static constexpr int size = 24;
+    Value keys_[size];
+    QString texts_[size];
+    int used_ = 0;
+};
+
 QDate dateOf(const Value& v)
 {
     if (v.isNull())
@@ -313,13 +346,14 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
     convert.conv = m.conv;
     convert.convs = m.convs;
     int theRow = -1;
+    RecentTexts kinds, memos, marks;
     for (long r = 0; r < n; ++r) {
         const int i = int(m.lines.size());
         Line L;
         L.Id = RemoveNull(rs.at(r, 0));
         if (!m.theID.isEmpty() && L.Id == m.theID)
             theRow = i + 1;
-        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : rs.at(r, 9).toString();
+        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : memos(rs.at(r, 9));
         if (memo.startsWith(QLatin1String("newline"))) {
             theRow = i + 1;
             m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set [memo] = mid([memo],9) WHERE id = %2").arg(tb, L.Id));
@@ -328,7 +362,7 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
         L.Date = dateOf(rs.at(r, 2));
         if (m.progMode == modeNewLines && m.newLineDialogType == lineDialogUnconfirmedPelkor)
             m.targetDate = L.Date;
-        L.zee = RemoveNull(rs.at(r, 8));
+        L.zee = marks(rs.at(r, 8));
         if (m.progMode == modeNewLines && L.zee == QLatin1String("coord0"))
             m.balancingLineID = L.Id.toLongLong();
         if (m.isMerged) {
@@ -349,7 +383,7 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
                 m.zeeFound = true;
             }
         }
-        L.kind = RemoveNull(rs.at(r, 1));
+        L.kind = kinds(rs.at(r, 1));
         if (!m.catalogue.isCategory(L.kind)) {
             m.ui.msgBox(QStringLiteral("נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\n") + FormatKind(L.kind),
                         QStringLiteral("סיווג לא חוקי"), Buttons::OK, Icon::Exclamation);
@@ -385,11 +419,15 @@ LoadResult openDB(frmMain& m, bool reasonIsRefresh)
         if (m.iRowAboveRed == -1)
             m.iRowAboveRed = m.rows() - 1;
         m.ipusID = m.lines[size_t(m.iRowAboveRed - 1)].Id;
-        store::Transaction tx(m.cn);
-        if (!m.IDWithFoundZee.isEmpty())
-            m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = ' ' WHERE id = %2").arg(tb, m.IDWithFoundZee));
-        m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, m.ipusID));
-        tx.commit();
+        // The mark moves to the line above the red line; where it stands
+        // there already the file is left as it is (no write, no sync).
+        if (m.IDWithFoundZee != m.ipusID) {
+            store::Transaction tx(m.cn);
+            if (!m.IDWithFoundZee.isEmpty())
+                m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = ' ' WHERE id = %2").arg(tb, m.IDWithFoundZee));
+            m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, m.ipusID));
+            tx.commit();
+        }
         for (Line& L : m.lines)
             if (L.zee == ipusMark || L.Id == m.ipusID)
                 L.zee = L.Id == m.ipusID ? ipusMark : QStringLiteral(" ");

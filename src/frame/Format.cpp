@@ -14,16 +14,44 @@ QString twoDigits(int n)
     return n < 10 ? QLatin1Char('0') + QString::number(n) : QString::number(n);
 }
 
+namespace {
+
+// Writes n as two digits at p (n from 0 to 99).
+inline void putTwo(char* p, int n)
+{
+    p[0] = char('0' + n / 10);
+    p[1] = char('0' + n % 10);
+}
+
+} // namespace
+
+// The dates and sums below are written into a small buffer and made a
+// string once: a load formats some hundreds of thousands of them.
 QString formatDate224(const QDate& d)
 {
-    return twoDigits(d.day()) + QLatin1Char('/') + twoDigits(d.month()) + QLatin1Char('/')
-        + QStringLiteral("%1").arg(d.year(), 4, 10, QLatin1Char('0'));
+    const int y = d.year();
+    if (y < 0 || y > 9999)
+        return twoDigits(d.day()) + QLatin1Char('/') + twoDigits(d.month()) + QLatin1Char('/')
+            + QStringLiteral("%1").arg(y, 4, 10, QLatin1Char('0'));
+    char b[10];
+    putTwo(b, d.day());
+    b[2] = '/';
+    putTwo(b + 3, d.month());
+    b[5] = '/';
+    putTwo(b + 6, y / 100);
+    putTwo(b + 8, y % 100);
+    return QString::fromLatin1(b, 10);
 }
 
 QString formatDate8(const QDate& d)
 {
-    return twoDigits(d.day()) + QLatin1Char('/') + twoDigits(d.month()) + QLatin1Char('/')
-        + twoDigits(((d.year() % 100) + 100) % 100);
+    char b[8];
+    putTwo(b, d.day());
+    b[2] = '/';
+    putTwo(b + 3, d.month());
+    b[5] = '/';
+    putTwo(b + 6, ((d.year() % 100) + 100) % 100);
+    return QString::fromLatin1(b, 8);
 }
 
 QString FormatSum(double x)
@@ -34,22 +62,28 @@ QString FormatSum(double x)
     const double cents = std::round(std::fabs(x) * 100.0);
     if (!std::isfinite(cents))
         return negative ? QStringLiteral("0.00-") : QStringLiteral("0.00");
-    const auto whole = static_cast<unsigned long long>(cents / 100.0);
+    if (cents >= 1e18)   // beyond whole cents in 64 bits: plain digits
+        return QString::number(std::fabs(x), 'f', 2) + (negative ? QStringLiteral("-") : QString());
+    auto whole = static_cast<unsigned long long>(cents / 100.0);
     const int frac = int(cents - double(whole) * 100.0);
-    QString digits = QString::number(whole);
-    QString out;
-    out.reserve(digits.size() + digits.size() / 3 + 4);
-    const int lead = int(digits.size()) % 3;
-    for (int i = 0; i < digits.size(); ++i) {
-        if (i > 0 && (i - lead) % 3 == 0)
-            out += QLatin1Char(',');
-        out += digits[i];
-    }
-    out += QLatin1Char('.');
-    out += twoDigits(frac);
+    // From the right: the sign, the cents, the point, then the digits with
+    // a comma every three.
+    char b[40];
+    char* p = b + sizeof b;
     if (negative)
-        out += QLatin1Char('-');
-    return out;
+        *--p = '-';
+    p -= 2;
+    putTwo(p, frac);
+    *--p = '.';
+    int n = 0;
+    do {
+        if (n > 0 && n % 3 == 0)
+            *--p = ',';
+        *--p = char('0' + whole % 10);
+        whole /= 10;
+        ++n;
+    } while (whole > 0);
+    return QString::fromLatin1(p, int(b + sizeof b - p));
 }
 
 double RemoveSumNull(const store::Value& v)

@@ -11,7 +11,11 @@ namespace {
 // The longest text a cell holds, in bytes (lengths are 16-bit). A cell of
 // the ledger is a line's description at most; anything longer is cut at
 // a character boundary.
-constexpr std::size_t maxCellBytes = 0xFFFF;
+constexpr std::size_t maxCellBytes = 0xFFFE;
+// The length that marks a deferred text.
+constexpr std::uint16_t deferredMark = 0xFFFF;
+// The bytes a cell's length stands for in its arena.
+inline std::size_t liveBytes(std::uint16_t n) { return n == deferredMark ? 0 : n; }
 
 // An arena is compacted when at least this much of it, and at least half
 // of it, is no longer used: small arenas are not worth the pass.
@@ -37,10 +41,13 @@ void appendUtf8(std::string& out, QStringView s)
 {
     const char16_t* p = s.utf16();
     const char16_t* e = p + s.size();
+    const std::size_t start = out.size();
+    out.resize(start + std::size_t(s.size()) * 3);   // the most a UTF-16 unit takes
+    char* o = out.data() + start;
     while (p < e) {
         char32_t c = *p++;
         if (c < 0x80) {
-            out.push_back(char(c));
+            *o++ = char(c);
             continue;
         }
         if (c >= 0xD800 && c < 0xDC00 && p < e && *p >= 0xDC00 && *p < 0xE000)
@@ -48,17 +55,18 @@ void appendUtf8(std::string& out, QStringView s)
         else if (c >= 0xD800 && c < 0xE000)
             c = 0xFFFD;
         if (c < 0x800) {
-            out.push_back(char(0xC0 | (c >> 6)));
+            *o++ = char(0xC0 | (c >> 6));
         } else if (c < 0x10000) {
-            out.push_back(char(0xE0 | (c >> 12)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+            *o++ = char(0xE0 | (c >> 12));
+            *o++ = char(0x80 | ((c >> 6) & 0x3F));
         } else {
-            out.push_back(char(0xF0 | (c >> 18)));
-            out.push_back(char(0x80 | ((c >> 12) & 0x3F)));
-            out.push_back(char(0x80 | ((c >> 6) & 0x3F)));
+            *o++ = char(0xF0 | (c >> 18));
+            *o++ = char(0x80 | ((c >> 12) & 0x3F));
+            *o++ = char(0x80 | ((c >> 6) & 0x3F));
         }
-        out.push_back(char(0x80 | (c & 0x3F)));
+        *o++ = char(0x80 | (c & 0x3F));
     }
+    out.resize(std::size_t(o - out.data()));
 }
 
 int clampTo(int v, int lo, int hi) { return hi < lo ? lo : std::clamp(v, lo, hi); }
@@ -92,6 +100,7 @@ void GridChange::merge(const GridChange& o)
 GridModel::GridModel(int rows, int cols, int fixedRows, int fixedCols)
 {
     palette_ = {defaultStyle, defaultFixedStyle};
+    forgetRecentStyles();
     paletteIndex_[styleKey(defaultStyle)] = 0;
     paletteIndex_[styleKey(defaultFixedStyle)] = 1;
     fixedRows_ = std::max(0, fixedRows);
@@ -166,7 +175,7 @@ void GridModel::resizeColumn(Column& col, int c, int rows)
     const int old = int(col.offsets.size());
     if (rows < old) {
         for (int r = rows; r < old; ++r)
-            col.garbage += col.lengths[size_t(r)];
+            col.garbage += liveBytes(col.lengths[size_t(r)]);
     }
     col.offsets.resize(size_t(rows), 0);
     col.lengths.resize(size_t(rows), 0);
@@ -258,7 +267,7 @@ void GridModel::removeRow(int r)
     if (r < 0 || r >= rows_)
         return;
     for (Column& col : cols_) {
-        col.garbage += col.lengths[size_t(r)];
+        col.garbage += liveBytes(col.lengths[size_t(r)]);
         col.offsets.erase(col.offsets.begin() + r);
         col.lengths.erase(col.lengths.begin() + r);
         col.styles.erase(col.styles.begin() + r);
@@ -296,9 +305,11 @@ void GridModel::clear()
     }
     heights_.clear();
     heights_.shrink_to_fit();
+    source_ = nullptr;
     // Every cell is back on the two defaults: the palette starts over.
     palette_.resize(2);
     paletteIndex_.clear();
+    forgetRecentStyles();
     paletteIndex_[styleKey(defaultStyle)] = 0;
     paletteIndex_[styleKey(defaultFixedStyle)] = 1;
     flagChanged(GridChange::Shape);
@@ -402,9 +413,54 @@ std::string_view GridModel::textUtf8(int r, int c) const
 {
     if (!inRange(r, c))
         return {};
+    if (cols_[size_t(c)].lengths[size_t(r)] == deferredMark)
+        makeDeferred(r, c);
     const Column& col = cols_[size_t(c)];
     const std::uint16_t n = col.lengths[size_t(r)];
     return n == 0 ? std::string_view() : std::string_view(col.arena.data() + col.offsets[size_t(r)], n);
+}
+
+void GridModel::makeDeferred(int r, int c) const
+{
+    auto* self = const_cast<GridModel*>(this);
+    Column& col = self->cols_[size_t(c)];
+    if (!source_) {
+        col.lengths[size_t(r)] = 0;
+        return;
+    }
+    const QString s = source_(r, c);
+    const std::size_t before = col.arena.size();
+    appendUtf8(col.arena, s);
+    self->commitAppended(col, r, col.arena.size() - before);
+}
+
+void GridModel::setTextSource(TextSource source)
+{
+    source_ = std::move(source);
+}
+
+void GridModel::deferTexts(int r0, int r1, int c0, int c1)
+{
+    r0 = std::max(r0, 0);
+    c0 = std::max(c0, 0);
+    r1 = std::min(r1, rows_ - 1);
+    c1 = std::min(c1, Cols() - 1);
+    if (r0 > r1 || c0 > c1)
+        return;
+    for (int c = c0; c <= c1; ++c) {
+        Column& col = cols_[size_t(c)];
+        for (int r = r0; r <= r1; ++r) {
+            col.garbage += liveBytes(col.lengths[size_t(r)]);
+            col.offsets[size_t(r)] = 0;
+            col.lengths[size_t(r)] = deferredMark;
+        }
+    }
+    cellsChanged(r0, r1, c0, c1);
+}
+
+bool GridModel::isTextDeferred(int r, int c) const
+{
+    return inRange(r, c) && cols_[size_t(c)].lengths[size_t(r)] == deferredMark;
 }
 
 QString GridModel::text(int r, int c) const
@@ -422,7 +478,7 @@ void GridModel::commitAppended(Column& col, int r, std::size_t n)
             --n;   // do not cut a character in two
         col.arena.resize(start + n);
     }
-    col.garbage += col.lengths[size_t(r)];
+    col.garbage += liveBytes(col.lengths[size_t(r)]);
     if (n == 0) {
         col.offsets[size_t(r)] = 0;
         col.lengths[size_t(r)] = 0;
@@ -458,7 +514,7 @@ void GridModel::compactArena(Column& col)
     col.clearCache();
     for (std::size_t r = 0; r < col.offsets.size(); ++r) {
         const std::uint16_t n = col.lengths[r];
-        if (n == 0)
+        if (n == 0 || n == deferredMark)
             continue;
         const char* bytes = col.arena.data() + col.offsets[r];
         const int slot = int(hashBytes(bytes, n) % Column::cacheSize);
@@ -502,8 +558,16 @@ void GridModel::setTextUtf8(int r, int c, std::string_view utf8)
 std::uint16_t GridModel::intern(const CellStyle& s)
 {
     const std::uint64_t key = styleKey(s);
-    if (auto it = paletteIndex_.find(key); it != paletteIndex_.end())
+    // A load writes a handful of styles over and over: the recent ones
+    // are found without the map.
+    const std::size_t slot = (key ^ (key >> 24)) % recentStyles;
+    if (recentKeys_[slot] == key)
+        return recentIndexes_[slot];
+    if (auto it = paletteIndex_.find(key); it != paletteIndex_.end()) {
+        recentKeys_[slot] = key;
+        recentIndexes_[slot] = it->second;
         return it->second;
+    }
     if (palette_.size() > 0xFFFF)
         compactPalette();
     if (palette_.size() > 0xFFFF)
@@ -531,6 +595,7 @@ void GridModel::compactPalette()
         }
     palette_.swap(kept);
     paletteIndex_.clear();
+    forgetRecentStyles();
     for (std::size_t i = 0; i < palette_.size(); ++i)
         paletteIndex_[styleKey(palette_[i])] = std::uint16_t(i);
 }
@@ -540,6 +605,11 @@ CellStyle GridModel::style(int r, int c) const
     if (!inRange(r, c))
         return defaultStyle;
     return palette_[cols_[size_t(c)].styles[size_t(r)]];
+}
+
+void GridModel::forgetRecentStyles()
+{
+    std::fill(std::begin(recentKeys_), std::end(recentKeys_), ~std::uint64_t(0));
 }
 
 void GridModel::setStyle(int r, int c, const CellStyle& s)

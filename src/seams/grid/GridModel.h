@@ -14,6 +14,12 @@
 // each other share their bytes), and a 16-bit index per cell into a
 // palette of (back, fore, bold) combinations. No cell owns a heap object.
 //
+// A text may also be deferred: the cell is marked, and its text is made by
+// the grid's text source the first time anybody reads it (a view paints
+// it, the logic reads it back). A ledger of many lines then pays for the
+// texts of the rows that show, not for all of them at load. The source
+// answers from what the row holds now; writing a cell ends its deferral.
+//
 // Listeners hear of every change. While redraw is off the changes gather
 // into one notification that goes out when redraw is turned on again.
 //
@@ -26,6 +32,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -137,12 +144,20 @@ public:
     // ---- cells -----------------------------------------------------------
     QString text(int r, int c) const;
     // The UTF-8 bytes of a cell, without a copy. Valid until the column
-    // next changes.
+    // next changes or makes another of its deferred texts.
     std::string_view textUtf8(int r, int c) const;
     void setText(int r, int c, QStringView s);
     void setText(int r, int c, const QString& s) { setText(r, c, QStringView(s)); }
     void setText(int r, int c, const char* latin1) = delete; // say which: QStringLiteral or setTextUtf8
     void setTextUtf8(int r, int c, std::string_view utf8);
+
+    // The texts of deferred cells: source(r, c) when first read.
+    using TextSource = std::function<QString(int r, int c)>;
+    void setTextSource(TextSource source);
+    // Defers the texts of [r0, r1] x [c0, c1] to the source; what the
+    // cells held is dropped.
+    void deferTexts(int r0, int r1, int c0, int c1);
+    bool isTextDeferred(int r, int c) const;
 
     CellStyle style(int r, int c) const;
     void setStyle(int r, int c, const CellStyle& s);
@@ -198,11 +213,15 @@ private:
     bool isFixed(int r, int c) const { return r < fixedRows_ || c < fixedCols_; }
     std::uint16_t defaultIndexFor(int r, int c) const { return isFixed(r, c) ? 1 : 0; }
     std::uint16_t intern(const CellStyle& s);
+    void forgetRecentStyles();
     void compactPalette();
     // Stores the bytes [arena.size() - n, arena.size()) that the caller
     // just appended as the text of cell (r, col).
     void commitAppended(Column& col, int r, std::size_t n);
     void compactArena(Column& col);
+    // Makes the deferred text of a cell from the source; a const read may
+    // call it, since the text the cell shows does not change.
+    void makeDeferred(int r, int c) const;
     void resizeColumn(Column& col, int c, int rows);
     void restyleFixed(int oldFixedRows, int oldFixedCols);
     void holdCursor();
@@ -217,11 +236,15 @@ private:
     std::vector<std::uint16_t> heights_;   // empty until a row differs from the default
     std::vector<CellStyle> palette_;
     std::unordered_map<std::uint64_t, std::uint16_t> paletteIndex_;
+    static constexpr int recentStyles = 16;
+    std::uint64_t recentKeys_[recentStyles];   // no key has all bits set: an empty slot
+    std::uint16_t recentIndexes_[recentStyles] = {};
     int row_ = 0, col_ = 0, rowSel_ = 0, colSel_ = 0, topRow_ = 0;
     int visibleRows_ = 20;
     bool redraw_ = true;
     GridChange pending_;
     std::vector<GridListener*> listeners_;
+    TextSource source_;
 };
 
 // The new TopRow after one notch of the wheel over a grid: a page of

@@ -84,6 +84,58 @@ TEST(GridModel, AVeryLongTextIsCutOnACharacterBoundary)
     EXPECT_EQ(back, longText.left(back.size()));
 }
 
+TEST(GridModel, DeferredTextsAreMadeOnceWhenReadAndEndWhenWritten)
+{
+    GridModel g(6, 3);
+    std::vector<QString> rowsText{QString(), QStringLiteral("שכר דירה"), QStringLiteral("ספק"),
+                                  QStringLiteral("ספק"), QStringLiteral("1,200.00"), QStringLiteral("בנק")};
+    int made = 0;
+    g.setTextSource([&](int r, int c) {
+        ++made;
+        return c == 1 ? rowsText[size_t(r)] : QString::number(r);
+    });
+    g.setText(1, 1, QStringLiteral("before"));
+    Recorder rec;
+    g.addListener(&rec);
+    g.deferTexts(1, 5, 1, 2);
+    ASSERT_EQ(rec.changes.size(), 1u);
+    EXPECT_EQ(rec.changes[0].row0, 1);
+    EXPECT_EQ(rec.changes[0].col1, 2);
+    EXPECT_TRUE(g.isTextDeferred(1, 1));
+    EXPECT_EQ(made, 0);
+
+    // A read makes the text from what the row holds now, once.
+    rowsText[2] = QStringLiteral("ספק חדש");
+    EXPECT_EQ(g.text(2, 1), QStringLiteral("ספק חדש"));
+    EXPECT_EQ(g.text(2, 1), QStringLiteral("ספק חדש"));
+    EXPECT_EQ(made, 1);
+    EXPECT_FALSE(g.isTextDeferred(2, 1));
+    // Reading is no change a listener hears of.
+    EXPECT_EQ(rec.changes.size(), 1u);
+
+    // A write ends the deferral; the source is not asked.
+    g.setText(3, 1, QStringLiteral("נכתב"));
+    EXPECT_EQ(g.text(3, 1), QStringLiteral("נכתב"));
+    EXPECT_EQ(made, 1);
+
+    // Removing a row moves the deferred cells below it up with their rows.
+    g.removeRow(1);
+    EXPECT_TRUE(g.isTextDeferred(3, 1));
+    EXPECT_EQ(g.textUtf8(4, 2), "4");   // the source answers for the row's new place
+
+    // Compacting the arena keeps deferred cells deferred.
+    for (int round = 0; round < 40000; ++round)
+        g.setText(1, 1, QStringLiteral("סבב %1 של טקסט ארוך למדי כדי למלא את הזירה").arg(round));
+    EXPECT_TRUE(g.isTextDeferred(3, 1));
+    EXPECT_EQ(g.text(3, 1), QStringLiteral("ספק"));
+
+    // clear() forgets the source: nothing deferred is left.
+    g.clear();
+    EXPECT_FALSE(g.isTextDeferred(2, 1));
+    EXPECT_TRUE(g.text(2, 1).isEmpty());
+    g.removeListener(&rec);
+}
+
 TEST(GridModel, StylesAreIndependentPartsAndFixedCellsHaveTheirOwnDefault)
 {
     GridModel g(4, 4, 1, 1);
