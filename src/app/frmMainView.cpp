@@ -2,12 +2,17 @@
 
 #include "app/grid/GridView.h"
 #include "file/Display.h"
+#include "frame/Controls.h"
 #include "frame/Format.h"
+#include "frame/Instances.h"
 #include "frame/frmMain.h"
 
 #include <QAbstractTableModel>
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QScreen>
+#include <QStyle>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -47,11 +52,43 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     });
     setCentralWidget(central);
 
-    auto* file = menuBar()->addMenu(QStringLiteral("קובץ"));
-    auto* close = file->addAction(QStringLiteral("יציאה"));
-    connect(close, &QAction::triggered, this, [this] { m_.guarded(QStringLiteral("mnuClose_Click"), [this] { m_.cmdClose_Click(); }); });
+    // The buttons of a new-line child.
+    cmdOK_ = new QPushButton(QStringLiteral("אישור"), central);
+    cmdCancel_ = new QPushButton(QStringLiteral("ביטול"), central);
+    auto* buttons = new QHBoxLayout();
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK_);
+    buttons->addWidget(cmdCancel_);
+    col->addLayout(buttons);
+    connect(cmdOK_, &QPushButton::clicked, this, [this] { m_.clickControl(QStringLiteral("cmdOK")); });
+    connect(cmdCancel_, &QPushButton::clicked, this, [this] { m_.clickControl(QStringLiteral("cmdCancel")); });
     connect(refresh, &QPushButton::clicked, this, [this] {
         m_.guarded(QStringLiteral("cmdRefresh_Click"), [this] { m_.cmdRefresh_Click(); });
+    });
+
+    // The menus. An entry is made only for what works; which of them show
+    // follows the instance (frame/Controls).
+    mnuFile_ = menuBar()->addMenu(QStringLiteral("קובץ"));
+    mnuOpenAnotherPelkor_ = mnuFile_->addAction(QStringLiteral("פתח פלקור נוסף"));
+    connect(mnuOpenAnotherPelkor_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuOpenAnotherPelkor_Click"), [] {
+            startAnotherInstance(QCoreApplication::applicationFilePath());
+        });
+    });
+    mnuCreateLogFile_ = mnuFile_->addAction(QStringLiteral("צור קובץ מעקב"));
+    mnuCreateLogFile_->setCheckable(true);
+    connect(mnuCreateLogFile_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuCreateLogFile_Click"), [this] { mnuCreateLogFile_Click(m_); });
+    });
+    mnuFile_->addSeparator();
+    mnuClose_ = mnuFile_->addAction(QStringLiteral("יציאה"));
+    connect(mnuClose_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuClose_Click"), [this] { m_.cmdClose_Click(); });
+    });
+    mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
+    mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
+    connect(mnuResetBankData_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { mnuResetBankData_Click(m_); });
     });
 
     connect(&m_, &frmMain::changed, this, &frmMainView::mirror);
@@ -68,6 +105,9 @@ void frmMainView::mirror()
     newLines_->setVisible(!m_.lblNewLines.isEmpty());
     table_->setVisible(m_.gridVisible);
     setEnabled(m_.enabled);
+    mnuCreateLogFile_->setChecked(m_.mnuCreateLogFileChecked);
+    if (m_.progMode != shownMode_ || m_.visible)
+        showControls();
     if (!m_.ltrb.isNull() && m_.ltrb != placed_) {
         placed_ = m_.ltrb;
         setGeometry(placed_);
@@ -78,6 +118,33 @@ void frmMainView::mirror()
         if (isVisible())
             status_->repaint();
     }
+}
+
+void frmMainView::showControls()
+{
+    shownMode_ = m_.progMode;
+    const ShownControls s = shownControls(m_);
+    mnuFile_->menuAction()->setVisible(s.mnuFile);
+    mnuOpenAnotherPelkor_->setVisible(s.mnuOpenAnotherPelkor);
+    if (!s.mnuCloseCaption.isEmpty())
+        mnuClose_->setText(s.mnuCloseCaption);
+    mnuDefs_->menuAction()->setVisible(s.mnuDefs && s.mnuResetBankData);
+    mnuResetBankData_->setVisible(s.mnuResetBankData);
+    cmdOK_->setVisible(s.cmdOK);
+    cmdCancel_->setVisible(s.cmdCancel);
+    menuBar()->setVisible(s.mnuFile || s.mnuDefs);
+    if (s.childWindow && m_.visible && !childPlaced_)
+        placeChildWindow();
+}
+
+void frmMainView::placeChildWindow()
+{
+    childPlaced_ = true;
+    QScreen* screen = this->screen();
+    const QRect area = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
+    const int w = std::min(width(), area.width());
+    setGeometry(QStyle::alignedRect(layoutDirection(), Qt::AlignCenter, QSize(w, childWindowHeight), area));
+    table_->setFocus();
 }
 
 void frmMainView::reload()

@@ -7,7 +7,10 @@
 
 #include <QMainWindow>
 
+class QAction;
 class QLabel;
+class QMenu;
+class QPushButton;
 
 namespace pelkor::grid { class GridView; }
 
@@ -26,6 +29,9 @@ protected:
 private:
     void mirror();
     void reload();
+    void showControls();
+    // A child's window: small, centred, the grid with the focus.
+    void placeChildWindow();
 
     frmMain& m_;
     QLabel* status_ = nullptr;
@@ -33,6 +39,16 @@ private:
     QLabel* newLines_ = nullptr;
     grid::GridView* table_ = nullptr;
     QRect placed_;   // the last place the outer host gave
+    QMenu* mnuFile_ = nullptr;
+    QMenu* mnuDefs_ = nullptr;
+    QAction* mnuOpenAnotherPelkor_ = nullptr;
+    QAction* mnuCreateLogFile_ = nullptr;
+    QAction* mnuResetBankData_ = nullptr;
+    QAction* mnuClose_ = nullptr;
+    QPushButton* cmdOK_ = nullptr;
+    QPushButton* cmdCancel_ = nullptr;
+    int shownMode_ = -1;       // the mode the controls were last set for
+    bool childPlaced_ = false;
 };
 
 } // namespace pelkor

@@ -72,6 +72,16 @@ private:
 
 } // namespace
 
+bool startAnotherInstance(const QString& program)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QString::fromLatin1(windowShowVariable), QStringLiteral("maximized"));
+    p.setProcessEnvironment(env);
+    p.setProgram(program);
+    return p.startDetached();
+}
+
 std::unique_ptr<Children> processChildren(const QString& program)
 {
     return std::make_unique<ProcessChildren>(program);

@@ -73,6 +73,10 @@ WindowShow takeWindowShow();
 // fields (a file path at the end stays one argument, blanks and all).
 std::unique_ptr<Children> processChildren(const QString& program);
 
+// Starts another main instance of the program, with no arguments (the
+// repair run's file dialog) and maximised. False when it could not start.
+bool startAnotherInstance(const QString& program);
+
 // The arguments that give back theCommand when the child joins them with
 // blanks: the fields before the file, then the file whole. fieldsBeforeFile
 // is how many blank-separated fields precede the file.

@@ -1,0 +1,54 @@
+// Controls: which menus and buttons the main window shows in each kind of
+// instance, and the handlers of the menu entries that are the frame's own.
+//
+// The table follows the instance: a working or repair run has the full
+// menus; a child (a detail selection, new lines) has none of them and a
+// small window; a new-line child has its OK and Cancel; a host-driven run
+// keeps its actions and settings to the host. The view builds its menus
+// and buttons from this and shows an entry only where its handler exists.
+#pragma once
+
+#include <QString>
+
+namespace pelkor {
+
+class frmMain;
+
+struct ShownControls {
+    // Menus.
+    bool mnuFile = false;
+    bool mnuHelp = false;
+    bool mnuActions = false;
+    bool mnuDefs = false;
+    bool mnuReports = false;
+    bool mnuOpenAnotherPelkor = false;
+    bool mnuResetBankData = false;
+    bool mnuPerformBankCoordination = false;
+    QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
+    QString mnuPerformBankCoordinationCaption;
+    // Buttons.
+    bool cmdOK = false;
+    bool cmdCancel = false;
+    bool cmdDelAll = false;
+    bool cmdGoToIpusLine = false;
+    bool cmdIpus = false;
+    bool cmdReport = false;
+    bool cmdTzefi = false;
+    bool cmdSubtractFromTzefi = false;
+    bool cmdBankCoordination = false;
+    // Timer4: a child's window is small (225 pixels high) and centred,
+    // with the focus in the grid.
+    bool childWindow = false;
+};
+
+ShownControls shownControls(const frmMain& m);
+
+// The window height of a child instance, in pixels.
+inline constexpr int childWindowHeight = 225;
+
+// mnuCreateLogFile: the trace on or off; the setting is written at exit.
+void mnuCreateLogFile_Click(frmMain& m);
+// mnuResetBankData: the file is bound to no bank account any more.
+void mnuResetBankData_Click(frmMain& m);
+
+} // namespace pelkor
