@@ -151,7 +151,9 @@ void frmMainView::reload()
 {
     table_->setRedLineRow(redLineRow(m_));
     table_->resizeColumnsToContents();
+    // The description takes what the window has beyond the other columns.
     table_->setColumnWidth(colDetail - 1, std::max(table_->columnWidth(colDetail - 1), 260));
+    table_->horizontalHeader()->setSectionResizeMode(colDetail - 1, QHeaderView::Stretch);
 }
 
 void frmMainView::closeEvent(QCloseEvent* e)
