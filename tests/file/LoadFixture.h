@@ -20,17 +20,9 @@
 #include <memory>
 
 #include "QtPrinters.h"
+#include "TestSupport.h"
 
 namespace pelkor::testing {
-
-inline void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "pelkor_tests";
-    static char* argv[] = {name, nullptr};
-    if (!QCoreApplication::instance())
-        new QCoreApplication(argc, argv);
-}
 
 // The child instance as the test plays it: on start it runs act (which may
 // change the file and set the parent's caption), and it "runs" until the
@@ -77,20 +69,7 @@ protected:
     }
 
     // Rows of a plain SQLite query on the file, "a|b" each, joined by ";".
-    QString query(const QString& sql)
-    {
-        store::Connection cn;
-        cn.open(file);
-        auto rs = cn.execute(sql);
-        QStringList rows;
-        for (long r = 0; r < rs.recordCount(); ++r) {
-            QStringList f;
-            for (int c = 0; c < rs.fieldCount(); ++c)
-                f << (rs.at(r, c).isNull() ? QStringLiteral("NULL") : rs.at(r, c).toString());
-            rows << f.join(QLatin1Char('|'));
-        }
-        return rows.join(QLatin1Char(';'));
-    }
+    QString query(const QString& sql) { return queryRows(file, sql); }
 
     // Starts frmMain with the arguments and the rules, and runs the event
     // loop until the instance ends (or a minute passes).

@@ -19,6 +19,7 @@
 #include <sqlite3.h>
 
 #include "seams/bus/BusTestSupport.h"
+#include "TestSupport.h"
 
 namespace pelkor::proctest {
 
@@ -69,20 +70,7 @@ inline void makeLedger(const QString& file, const QString& linesSql)
 }
 
 // Rows of a query on the file, "a|b" each, joined by ";".
-inline QString query(const QString& file, const QString& sql)
-{
-    store::Connection cn;
-    cn.open(file);
-    auto rs = cn.execute(sql);
-    QStringList rows;
-    for (long r = 0; r < rs.recordCount(); ++r) {
-        QStringList f;
-        for (int c = 0; c < rs.fieldCount(); ++c)
-            f << (rs.at(r, c).isNull() ? QStringLiteral("NULL") : rs.at(r, c).toString());
-        rows << f.join(QLatin1Char('|'));
-    }
-    return rows.join(QLatin1Char(';'));
-}
+inline QString query(const QString& file, const QString& sql) { return testing::queryRows(file, sql); }
 
 // SQLite's own check of the file: "ok" when every page and index is whole.
 inline QString integrityOf(const QString& file)

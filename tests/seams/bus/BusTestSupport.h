@@ -24,6 +24,7 @@
 #include <unistd.h>
 
 #include "QtPrinters.h"
+#include "TestSupport.h"
 
 namespace pelkor::bus {
 inline void PrintTo(SendResult r, std::ostream* os) { *os << describe(r).toStdString(); }
@@ -31,14 +32,7 @@ inline void PrintTo(SendResult r, std::ostream* os) { *os << describe(r).toStdSt
 
 namespace pelkor::bus::bustest {
 
-inline void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "pelkor_tests";
-    static char* argv[] = {name, nullptr};
-    if (!QCoreApplication::instance())
-        new QCoreApplication(argc, argv);
-}
+using pelkor::testing::ensureApplication;
 
 // Points XDG_RUNTIME_DIR at a fresh folder while it lives, so a test's
 // boxes (and a helper process's) never meet the user's own.
