@@ -58,14 +58,16 @@ inline QStringList promptsOf(const QString& transcript)
 
 // A ledger of the current schema with the standard kinds and types, a
 // Defaults row and the given lines (plain SQLite, so damage can be written).
-inline void makeLedger(const QString& file, const QString& linesSql)
+// old: a file from before the upgrades (no isAuto, invoiceCategs, ...).
+inline void makeLedger(const QString& file, const QString& linesSql, bool old = false)
 {
     store::Connection cn;
     cn.open(file, store::Connection::OpenMode::ReadWriteCreate);
-    cn.executeRaw(schema::dataFileScript());
+    cn.executeRaw(old ? schema::oldDataFileScript() : schema::dataFileScript());
     schema::fillStandardCatalogue(cn);
-    cn.executeRaw(QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');"
-                                 "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"));
+    cn.executeRaw(old ? QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0);")
+                      : QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');"
+                                       "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"));
     cn.executeRaw(linesSql);
 }
 

@@ -59,18 +59,12 @@ TEST(RepairProcess, DamagedFileIsRepairedAndReported)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("my shop.pkr"));
-    {
-        pelkor::store::Connection cn;
-        cn.open(file, pelkor::store::Connection::OpenMode::ReadWriteCreate);
-        cn.executeRaw(pelkor::schema::oldDataFileScript());
-        pelkor::schema::fillStandardCatalogue(cn);
-        cn.executeRaw(QStringLiteral(
-            "INSERT INTO Defaults VALUES (NULL, 0);"
-            "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
-            "(1,'+1','2025-03-01',NULL,'a',10,0,1,' ','ללא צבע'),"
-            "(2,'+77','2025-03-02','2','b',10,0,1,' ','ללא צבע'),"
-            "(3,'-1','2025-03-03','3','c',0,4,2,' ','newline אדום');"));
-    }
+    makeLedger(file,
+               QStringLiteral("INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+                              "(1,'+1','2025-03-01',NULL,'a',10,0,1,' ','ללא צבע'),"
+                              "(2,'+77','2025-03-02','2','b',10,0,1,' ','ללא צבע'),"
+                              "(3,'-1','2025-03-03','3','c',0,4,2,' ','newline אדום');"),
+               true);
     const QString transcript = dir.filePath(QStringLiteral("transcript.tsv"));
     EXPECT_EQ(repairRun(dir.path(), file, -1, QStringLiteral("# the zeroing date\nfrmNoIpus => optDate=1;txtDate=05/03/2025\n"),
                         transcript),
@@ -110,11 +104,7 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
     QTemporaryDir dir;
     const QString master = dir.filePath(QStringLiteral("master.pkr"));
     {
-        pelkor::store::Connection cn;
-        cn.open(master, pelkor::store::Connection::OpenMode::ReadWriteCreate);
-        cn.executeRaw(pelkor::schema::oldDataFileScript());
-        pelkor::schema::fillStandardCatalogue(cn);
-        QString sql = QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0); BEGIN;");
+        QString sql = QStringLiteral("BEGIN;");
         // 6,000 lines; every 50th of an unknown kind, every 7th without a
         // reference, every 11th with the newline prefix; the marker on a
         // line that is not the last of its date. (Two markers would not do:
@@ -134,7 +124,7 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
                        .arg(i == 3001 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "))
                        .arg(i % 11 == 0 ? QStringLiteral("newline אדום") : QStringLiteral("ללא צבע"));
         }
-        cn.executeRaw(sql + QStringLiteral("COMMIT;"));
+        makeLedger(master, sql + QStringLiteral("COMMIT;"), true);
     }
     const QString whole = dir.filePath(QStringLiteral("whole.pkr"));
     ASSERT_TRUE(QFile::copy(master, whole));

@@ -76,26 +76,12 @@ SendResult connectTo(int fd, quint32 id, const QDeadlineTimer& deadline)
 // Writes all of bytes, serving our own boxes while the socket is full.
 SendResult writeAll(int fd, const QByteArray& bytes, const QDeadlineTimer& deadline)
 {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::send(fd, bytes.constData() + done, size_t(bytes.size() - done), MSG_NOSIGNAL);
-        if (n > 0) {
-            done += n;
-            continue;
-        }
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            const short ev = detail::waitServing(fd, POLLOUT, deadline);
-            if (ev == 0)
-                return SendResult::TimedOut;
-            if (ev & (POLLERR | POLLHUP))
-                return SendResult::Lost;
-            continue;
-        }
-        return SendResult::Lost;
+    switch (detail::writeAll(fd, bytes, deadline, true)) {
+    case detail::Written::All: return SendResult::Delivered;
+    case detail::Written::TimedOut: return SendResult::TimedOut;
+    case detail::Written::Lost: break;
     }
-    return SendResult::Delivered;
+    return SendResult::Lost;
 }
 
 // Reads exactly n bytes into out. Delivered, TimedOut or Lost (the box

@@ -24,4 +24,11 @@ bool deliverHere(quint32 id, wire::Kind kind, const QString& text, QString* afte
 // Returns fd's poll events, or 0 when the deadline passed first.
 short waitServing(int fd, short events, QDeadlineTimer deadline);
 
+// How writeAll ended.
+enum class Written { All, TimedOut, Lost };
+// Writes all of bytes to a non-blocking socket by the deadline. While the
+// socket is full it waits, serving this thread's boxes when serving is set
+// (a sender), else only waiting (a box answering its sender).
+Written writeAll(int fd, const QByteArray& bytes, QDeadlineTimer deadline, bool serving);
+
 } // namespace pelkor::bus::detail

@@ -96,30 +96,11 @@ bool sameUser(int fd)
 #endif
 }
 
-// Writes all of bytes to a non-blocking socket within timeoutMs. False
-// when the peer is gone or does not read.
+// A box's answer to its sender, within timeoutMs. False when the peer is
+// gone or does not read.
 bool writeAll(int fd, const QByteArray& bytes, int timeoutMs = replyTimeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::send(fd, bytes.constData() + done, size_t(bytes.size() - done), MSG_NOSIGNAL);
-        if (n > 0) {
-            done += n;
-            continue;
-        }
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            pollfd p {fd, POLLOUT, 0};
-            const qint64 left = deadline.remainingTime();
-            if (left == 0 || ::poll(&p, 1, int(left)) <= 0 || (p.revents & (POLLERR | POLLHUP)))
-                return false;
-            continue;
-        }
-        return false;
-    }
-    return true;
+    return detail::writeAll(fd, bytes, QDeadlineTimer(timeoutMs), false) == detail::Written::All;
 }
 
 // Removes the files of boxes whose processes died: a lock file nobody
@@ -454,6 +435,38 @@ bool deliverHere(quint32 id, wire::Kind kind, const QString& text, QString* afte
     if (after)
         *after = guard ? guard->text() : text;
     return true;
+}
+
+Written writeAll(int fd, const QByteArray& bytes, QDeadlineTimer deadline, bool serving)
+{
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::send(fd, bytes.constData() + done, size_t(bytes.size() - done), MSG_NOSIGNAL);
+        if (n > 0) {
+            done += n;
+            continue;
+        }
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+            short ev = 0;
+            if (serving) {
+                ev = waitServing(fd, POLLOUT, deadline);
+            } else {
+                pollfd p{fd, POLLOUT, 0};
+                const qint64 left = deadline.remainingTime();
+                if (left != 0 && ::poll(&p, 1, int(left)) > 0)
+                    ev = p.revents;
+            }
+            if (ev == 0)
+                return Written::TimedOut;
+            if (ev & (POLLERR | POLLHUP))
+                return Written::Lost;
+            continue;
+        }
+        return Written::Lost;
+    }
+    return Written::All;
 }
 
 short waitServing(int fd, short events, QDeadlineTimer deadline)
