@@ -25,7 +25,7 @@
 //
 // Generated files are kept in DIR (default bench-data beside the binary) and
 // reused while their line count is right.
-#include "file/LedgerGenerator.h"
+#include "gen/LedgerGenerator.h"
 
 #include "file/Schema.h"
 #include "frame/frmMain.h"
@@ -162,8 +162,8 @@ double openRun(const QString& path, long expected)
     t.start();
     WorkingRun run(path);
     const double ms = double(t.nsecsElapsed()) / 1e6;
-    if (run.logic().msfgMain.Rows() != expected + 1)
-        std::fprintf(stderr, "open filled %d grid rows, expected %ld\n", run.logic().msfgMain.Rows(), expected + 1);
+    if (run.logic().mainGrid().msfgMain.Rows() != expected + 1)
+        std::fprintf(stderr, "open filled %d grid rows, expected %ld\n", run.logic().mainGrid().msfgMain.Rows(), expected + 1);
     return ms;
 }
 

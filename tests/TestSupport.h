@@ -2,10 +2,18 @@
 // and a file's rows read back as text.
 #pragma once
 
+#include "file/Schema.h"
 #include "seams/store/Connection.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QStringList>
+
+// A process test runs a program of the build; where that program was not
+// built (the windows left out of the build), the test is skipped.
+#define PELKOR_REQUIRE_PROGRAM(name)                                              \
+    if (!QFileInfo::exists(QStringLiteral(PELKOR_BINARY_DIR "/" name)))            \
+    GTEST_SKIP() << name " is not built"
 
 namespace pelkor::testing {
 
@@ -32,6 +40,32 @@ inline QString queryRows(const QString& file, const QString& sql)
         rows << f.join(QLatin1Char('|'));
     }
     return rows.join(QLatin1Char(';'));
+}
+
+// The settings row of a ledger a test makes.
+struct LedgerSettings {
+    int credit = 0;
+    int nDays = 90;
+    const char* invoiceCategs = " ";   // the one row of invoiceCategs
+};
+
+// A ledger with the standard kinds and types, a Defaults row and the given
+// lines, written with plain SQLite, so damage can be written too. old: a
+// file from before the upgrades (no isAuto, NDays, bank columns or
+// invoiceCategs).
+inline void makeLedger(const QString& file, const QString& linesSql, bool old = false, LedgerSettings s = {})
+{
+    store::Connection cn;
+    cn.open(file, store::Connection::OpenMode::ReadWriteCreate);
+    cn.executeRaw(old ? schema::oldDataFileScript() : schema::dataFileScript());
+    schema::fillStandardCatalogue(cn);
+    cn.executeRaw(old ? QStringLiteral("INSERT INTO Defaults VALUES (NULL, %1);").arg(s.credit)
+                      : QStringLiteral("INSERT INTO Defaults VALUES (NULL, %1, %2, 0, 0, '(none)');"
+                                       "INSERT INTO invoiceCategs (id, detail) VALUES (1, '%3');")
+                            .arg(s.credit)
+                            .arg(s.nDays)
+                            .arg(QString::fromUtf8(s.invoiceCategs)));
+    cn.executeRaw(linesSql);
 }
 
 } // namespace pelkor::testing

@@ -3,8 +3,8 @@
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/Controls.h"
-#include "frame/Format.h"
-#include "frame/Instances.h"
+#include "base/Format.h"
+#include "base/Instances.h"
 #include "frame/frmMain.h"
 
 #include <QAbstractTableModel>
@@ -41,14 +41,11 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     newLines_ = new QLabel(central);
     newLines_->setWordWrap(true);
     col->addWidget(newLines_);
-    table_ = new grid::GridView(m_.msfgMain, central);
+    table_ = new grid::GridView(m_.mainGrid().msfgMain, central);
     col->addWidget(table_, 1);
-    connect(table_, &grid::GridView::cellEntered, this, [this](int r, int) {
-        m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this, r] {
-            m_.row = r;
-            m_.topRow = m_.msfgMain.TopRow();
-            updateCursorCells(m_, m_.msfgMain, m_.msfgMainMarks, m_.balancingLineID);
-        });
+    // The grid model holds the new cell already.
+    connect(table_, &grid::GridView::cellEntered, this, [this](int, int) {
+        m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this] { m_.msfgMain_EnterCell(); });
     });
     setCentralWidget(central);
 
@@ -78,7 +75,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     mnuCreateLogFile_ = mnuFile_->addAction(QStringLiteral("צור קובץ מעקב"));
     mnuCreateLogFile_->setCheckable(true);
     connect(mnuCreateLogFile_, &QAction::triggered, this, [this] {
-        m_.guarded(QStringLiteral("mnuCreateLogFile_Click"), [this] { mnuCreateLogFile_Click(m_); });
+        m_.guarded(QStringLiteral("mnuCreateLogFile_Click"), [this] { m_.mnuCreateLogFile_Click(); });
     });
     mnuFile_->addSeparator();
     mnuClose_ = mnuFile_->addAction(QStringLiteral("יציאה"));
@@ -88,7 +85,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
-        m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { mnuResetBankData_Click(m_); });
+        m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { m_.mnuResetBankData_Click(); });
     });
 
     connect(&m_, &frmMain::changed, this, &frmMainView::mirror);
@@ -99,21 +96,21 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
 
 void frmMainView::mirror()
 {
-    setWindowTitle(m_.caption.isEmpty() ? QStringLiteral("פלקור") : m_.caption);
-    fileName_->setText(m_.lblFileName);
-    newLines_->setText(m_.lblNewLines);
-    newLines_->setVisible(!m_.lblNewLines.isEmpty());
-    table_->setVisible(m_.gridVisible);
-    setEnabled(m_.enabled);
-    mnuCreateLogFile_->setChecked(m_.mnuCreateLogFileChecked);
-    if (m_.progMode != shownMode_ || m_.visible)
+    setWindowTitle(m_.shown().caption.isEmpty() ? QStringLiteral("פלקור") : m_.shown().caption);
+    fileName_->setText(m_.shown().lblFileName);
+    newLines_->setText(m_.shown().lblNewLines);
+    newLines_->setVisible(!m_.shown().lblNewLines.isEmpty());
+    table_->setVisible(m_.shown().gridVisible);
+    setEnabled(m_.shown().enabled);
+    mnuCreateLogFile_->setChecked(m_.shown().mnuCreateLogFileChecked);
+    if (m_.instance().progMode != shownMode_ || m_.shown().visible)
         showControls();
-    if (!m_.ltrb.isNull() && m_.ltrb != placed_) {
-        placed_ = m_.ltrb;
+    if (!m_.shown().ltrb.isNull() && m_.shown().ltrb != placed_) {
+        placed_ = m_.shown().ltrb;
         setGeometry(placed_);
     }
-    if (status_->text() != m_.lblStatus) {
-        status_->setText(m_.lblStatus);
+    if (status_->text() != m_.shown().lblStatus) {
+        status_->setText(m_.shown().lblStatus);
         // A load runs without returning to the event loop: paint the stage now.
         if (isVisible())
             status_->repaint();
@@ -122,8 +119,8 @@ void frmMainView::mirror()
 
 void frmMainView::showControls()
 {
-    shownMode_ = m_.progMode;
-    const ShownControls s = shownControls(m_);
+    shownMode_ = m_.instance().progMode;
+    const ShownControls s = shownControls(m_.instance());
     mnuFile_->menuAction()->setVisible(s.mnuFile);
     mnuOpenAnotherPelkor_->setVisible(s.mnuOpenAnotherPelkor);
     if (!s.mnuCloseCaption.isEmpty())
@@ -133,7 +130,7 @@ void frmMainView::showControls()
     cmdOK_->setVisible(s.cmdOK);
     cmdCancel_->setVisible(s.cmdCancel);
     menuBar()->setVisible(s.mnuFile || s.mnuDefs);
-    if (s.childWindow && m_.visible && !childPlaced_)
+    if (s.childWindow && m_.shown().visible && !childPlaced_)
         placeChildWindow();
 }
 
@@ -149,7 +146,7 @@ void frmMainView::placeChildWindow()
 
 void frmMainView::reload()
 {
-    table_->setRedLineRow(redLineRow(m_));
+    table_->setRedLineRow(redLineRow(m_.ledger(), m_.instance()));
     table_->resizeColumnsToContents();
     // The description takes what the window has beyond the other columns.
     table_->setColumnWidth(colDetail - 1, std::max(table_->columnWidth(colDetail - 1), 260));

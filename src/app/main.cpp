@@ -12,8 +12,8 @@
 #include "app/frmMainView.h"
 #include "app/ui/QtUi.h"
 #include "file/Schema.h"
-#include "frame/BusLinks.h"
-#include "frame/Instances.h"
+#include "base/BusLinks.h"
+#include "base/Instances.h"
 #include "seams/bus/Mailbox.h"
 #include "seams/bus/Published.h"
 #include "frame/frmMain.h"
@@ -47,7 +47,7 @@ int main(int argc, char** argv)
         return 0;
     }
 
-    // A parent starts its children minimised (frame/Instances.h).
+    // A parent starts its children minimised (base/Instances.h).
     const WindowShow show = takeWindowShow();
 
     QApplication app(argc, argv);
@@ -82,7 +82,7 @@ int main(int argc, char** argv)
     txtMessage.setHandler([&logic](const QString& text) {
         logic.guarded(QStringLiteral("txtMessage_Change"), [&] { logic.txtMessage_Change(text); });
     });
-    logic.txtMessageId = txtMessage.id();
+    logic.instance().txtMessageId = txtMessage.id();
     // Listed under our process id, so the outer host that started us finds
     // it (seams/bus/Published.h).
     bus::Publication listed(QStringLiteral("txtMessage"), txtMessage.id());

@@ -1,8 +1,9 @@
 #include "file/Display.h"
 
 #include "file/Lines.h"
-#include "frame/Modes.h"
-#include "frame/frmMain.h"
+#include "base/Modes.h"
+#include "base/Instance.h"
+#include "file/OpenLedger.h"
 #include "seams/grid/GridModel.h"
 #include "seams/store/TextForms.h"
 
@@ -14,8 +15,6 @@ using grid::CellStyle;
 using grid::GridModel;
 
 namespace {
-
-bool noBalanceMode(int progMode) { return progMode == modeDetail || progMode == modeNewLines; }
 
 bool isRelated(const Line& L) { return L.relate == 99 || L.relate == -1; }
 
@@ -31,14 +30,14 @@ double cellNumber(const GridModel& g, int r, int c)
 }
 
 // The row's colour: the balancing line's, else getRowBackColor.
-std::uint32_t rowColor(const frmMain& m, int i, const QString& balancingId)
+std::uint32_t rowColor(const OpenLedger& led, const Instance& inst, int i, const QString& balancingId)
 {
-    if (!balancingId.isEmpty() && m.lines[size_t(i)].Id == balancingId)
+    if (!balancingId.isEmpty() && led.lines[size_t(i)].Id == balancingId)
         return colors::balancingLine;
-    return getRowBackColor(m, i);
+    return getRowBackColor(led, inst, i);
 }
 
-QString idText(long long id) { return id == -1 ? QString() : QString::number(id); }
+QString lineIdText(long long id) { return id == -1 ? QString() : QString::number(id); }
 
 CellStyle memoStyle(const Line& L, std::uint32_t back)
 {
@@ -56,9 +55,9 @@ CellStyle sumStyle(const Line& L, double sum, std::uint32_t back)
 // The colours a cell of line i has by the rules, with back the row's
 // colour. Marked lines show the mark's colour, except the kind cell of a
 // related line, which keeps its own.
-CellStyle cellStyle(const frmMain& m, int i, int col, std::uint32_t back)
+CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
 {
-    const Line& L = m.lines[size_t(i)];
+    const Line& L = led.lines[size_t(i)];
     const std::uint32_t body = L.isPainted ? colors::markCell : back;
     switch (col) {
     case colMark: return CellStyle{colors::markCell, colors::text, false};
@@ -69,8 +68,8 @@ CellStyle cellStyle(const frmMain& m, int i, int col, std::uint32_t back)
     case colIn: return sumStyle(L, L.In, body);
     case colOut: return sumStyle(L, L.out, body);
     case colBalance: {
-        const bool over = L.balance - m.theCredit < 0;
-        const std::uint8_t alt = size_t(i) < m.alternatingIndexes.size() ? m.alternatingIndexes[size_t(i)] : 0;
+        const bool over = L.balance - led.theCredit < 0;
+        const std::uint8_t alt = size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
         return CellStyle{colors::balanceBack[alt & 1], over ? colors::overCredit : colors::text, over};
     }
     default: return CellStyle{body, colors::text, false};
@@ -81,26 +80,26 @@ CellStyle cellStyle(const frmMain& m, int i, int col, std::uint32_t back)
 // balance below theCredit is red and bold. The background is the cell's.
 // The balance cell's look on a background, with the credit test: a
 // balance below theCredit is red and bold.
-CellStyle balanceStyle(const frmMain& m, const Line& L, std::uint32_t back)
+CellStyle balanceStyle(const OpenLedger& led, const Line& L, std::uint32_t back)
 {
-    const bool over = L.balance - m.theCredit < 0;
+    const bool over = L.balance - led.theCredit < 0;
     return CellStyle{back, over ? colors::overCredit : colors::text, over};
 }
 
-void drawBalanceCell(const frmMain& m, GridModel& g, int i)
+void drawBalanceCell(const OpenLedger& led, GridModel& g, int i)
 {
-    const Line& L = m.lines[size_t(i)];
+    const Line& L = led.lines[size_t(i)];
     const int r = i + 1;
     g.setText(r, colBalance, FormatSum(L.balance));
-    g.setStyle(r, colBalance, balanceStyle(m, L, g.style(r, colBalance).back));
+    g.setStyle(r, colBalance, balanceStyle(led, L, g.style(r, colBalance).back));
 }
 
 // What cell c of line i shows.
-QString lineCellText(const frmMain& m, int i, int c)
+QString lineCellText(const OpenLedger& led, int i, int c)
 {
-    if (i < 0 || i >= int(m.lines.size()))
+    if (i < 0 || i >= int(led.lines.size()))
         return {};
-    const Line& L = m.lines[size_t(i)];
+    const Line& L = led.lines[size_t(i)];
     switch (c) {
     case colKind: return FormatKind(L.kind);
     case colDate: return dateText(L.Date);
@@ -129,23 +128,23 @@ private:
 
 } // namespace
 
-bool hasBalanceColumn(const frmMain& m)
+bool hasBalanceColumn(const Instance& inst)
 {
-    return !noBalanceMode(m.progMode);
+    return !inst.hasNoBalance();
 }
 
-int mainGridCols(const frmMain& m)
+int mainGridCols(const Instance& inst)
 {
-    return hasBalanceColumn(m) ? colBalance + 1 : colBalance;
+    return hasBalanceColumn(inst) ? colBalance + 1 : colBalance;
 }
 
-void initMainGrid(const frmMain& m, GridModel& g)
+void initMainGrid(const Instance& inst, GridModel& g)
 {
     static const std::array<QString, colBalance + 1> captions{
         QString(), QString(), QStringLiteral("סיווג"), QStringLiteral("תאריך"), QStringLiteral("אסמכתא"),
         QStringLiteral("פירוט"), QStringLiteral("הכנסה"), QStringLiteral("הוצאה"), QStringLiteral("סוג"),
         QStringLiteral("יתרה")};
-    const int last = std::min(g.Cols(), mainGridCols(m)) - 1;
+    const int last = std::min(g.Cols(), mainGridCols(inst)) - 1;
     for (int c = 0; c <= last; ++c)
         g.setText(0, c, captions[size_t(c)]);
     g.setStyle(0, g.FixedCols(), g.Cols() - 1, CellStyle{colors::header, colors::headerText, false});
@@ -154,67 +153,67 @@ void initMainGrid(const frmMain& m, GridModel& g)
         g.setColAlignment(c, grid::Align::Left);
 }
 
-bool isLineConverted(const frmMain& m, int i)
+bool isLineConverted(const OpenLedger& led, const Instance& inst, int i)
 {
-    if (!m.isMerged)
-        return m.conv != 0;
-    if (i < 0 || size_t(i) >= m.mergedBankIndexes.size())
+    if (!inst.isMerged)
+        return inst.detail.conv != 0;
+    if (i < 0 || size_t(i) >= led.mergedBankIndexes.size())
         return false;
-    const int bank = m.mergedBankIndexes[size_t(i)];
-    return bank >= 0 && size_t(bank) < m.convs.size() && m.convs[size_t(bank)] != 0;
+    const int bank = led.mergedBankIndexes[size_t(i)];
+    return bank >= 0 && size_t(bank) < led.convs.size() && led.convs[size_t(bank)] != 0;
 }
 
-std::uint32_t getRowBackColor(const frmMain& m, int i)
+std::uint32_t getRowBackColor(const OpenLedger& led, const Instance& inst, int i)
 {
-    if (isLineConverted(m, i))
+    if (isLineConverted(led, inst, i))
         return colors::converted;
-    if (m.progMode == modeSplitScreen)
+    if (inst.progMode == modeSplitScreen)
         return colors::rowBack[0];
-    const std::uint8_t alt = i >= 0 && size_t(i) < m.alternatingIndexes.size() ? m.alternatingIndexes[size_t(i)] : 0;
+    const std::uint8_t alt = i >= 0 && size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
     return colors::rowBack[alt & 1];
 }
 
-int drawLoad(frmMain& m, GridModel& g, long long balancingLineID, const PaintedIDs* painted)
+int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long balancingLineID, const PaintedIDs* painted)
 {
     RedrawOff off(g);
-    const int n = int(m.lines.size());
+    const int n = int(led.lines.size());
     g.clear();
     g.setFixedRows(1);
     g.setFixedCols(1);
-    g.setCols(mainGridCols(m));
+    g.setCols(mainGridCols(inst));
     g.setRows(n + 1);
-    initMainGrid(m, g);
+    initMainGrid(inst, g);
 
-    const bool withBalance = hasBalanceColumn(m);
-    const QString balancingId = idText(balancingLineID);
+    const bool withBalance = hasBalanceColumn(inst);
+    const QString balancingId = lineIdText(balancingLineID);
     const int lastPainted = g.Cols() - 2;   // the marked colour stops short of the last column
-    m.alternatingIndexes.assign(size_t(n), 0);
+    led.alternatingIndexes.assign(size_t(n), 0);
     double balance = 0;
     std::uint8_t alternate = 0;
     int converted = 0;
     for (int i = 0; i < n; ++i) {
-        Line& L = m.lines[size_t(i)];
+        Line& L = led.lines[size_t(i)];
         const int r = clipRowNum(i + 1, g.Rows());
         balance = nextBalance(balance, L);
         L.balance = balance;
         // The fixed cell and colMark stay empty, as clear() left them.
-        if (i > 0 && L.Date != m.lines[size_t(i) - 1].Date)
+        if (i > 0 && L.Date != led.lines[size_t(i) - 1].Date)
             alternate ^= 1;
-        m.alternatingIndexes[size_t(i)] = alternate;
-        if (isLineConverted(m, i))
+        led.alternatingIndexes[size_t(i)] = alternate;
+        if (isLineConverted(led, inst, i))
             ++converted;
         L.isPainted = false;   // the mark's colour comes last, below
-        const std::uint32_t back = rowColor(m, i, balancingId);
+        const std::uint32_t back = rowColor(led, inst, i, balancingId);
 
         // Styles now, texts when a row is first read (below).
-        g.setStyle(r, colMark, cellStyle(m, i, colMark, back));
-        g.setStyle(r, colKind, cellStyle(m, i, colKind, back));
-        g.setStyle(r, colDate, colDetail, cellStyle(m, i, colDate, back));
-        g.setStyle(r, colIn, cellStyle(m, i, colIn, back));
-        g.setStyle(r, colOut, cellStyle(m, i, colOut, back));
-        g.setStyle(r, colType, cellStyle(m, i, colType, back));
+        g.setStyle(r, colMark, cellStyle(led, i, colMark, back));
+        g.setStyle(r, colKind, cellStyle(led, i, colKind, back));
+        g.setStyle(r, colDate, colDetail, cellStyle(led, i, colDate, back));
+        g.setStyle(r, colIn, cellStyle(led, i, colIn, back));
+        g.setStyle(r, colOut, cellStyle(led, i, colOut, back));
+        g.setStyle(r, colType, cellStyle(led, i, colType, back));
         if (withBalance)
-            g.setStyle(r, colBalance, balanceStyle(m, L, colors::balanceBack[alternate]));
+            g.setStyle(r, colBalance, balanceStyle(led, L, colors::balanceBack[alternate]));
         if (painted && painted->contains(L.Id)) {
             L.isPainted = true;
             for (int c = colKind; c <= lastPainted; ++c)
@@ -222,15 +221,15 @@ int drawLoad(frmMain& m, GridModel& g, long long balancingLineID, const PaintedI
         }
     }
     // The texts of a line's cells, made from the line when a cell is read.
-    const frmMain* lines = &m;
-    g.setTextSource([lines](int r, int c) { return lineCellText(*lines, r - 1, c); });
+    const OpenLedger* ledger = &led;
+    g.setTextSource([ledger](int r, int c) { return lineCellText(*ledger, r - 1, c); });
     g.deferTexts(1, n, colKind, g.Cols() - 1);
     return converted;
 }
 
-void CalcBalances(frmMain& m, GridModel& g, int startRow, bool keepRedrawOff)
+void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, bool keepRedrawOff)
 {
-    if (noBalanceMode(m.progMode))
+    if (inst.hasNoBalance())
         return;
     // The cells are written by address: the cursor need not visit them,
     // so Row and Col stay as they are.
@@ -238,37 +237,37 @@ void CalcBalances(frmMain& m, GridModel& g, int startRow, bool keepRedrawOff)
     if (startRow < 1)
         startRow = 1;
     double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
-    const int lastRow = std::min(g.Rows() - 1, int(m.lines.size()));
+    const int lastRow = std::min(g.Rows() - 1, int(led.lines.size()));
     for (int r = startRow; r <= lastRow; ++r) {
-        Line& L = m.lines[size_t(r) - 1];
+        Line& L = led.lines[size_t(r) - 1];
         balance = nextBalance(balance, L);
         L.balance = balance;
-        drawBalanceCell(m, g, r - 1);
+        drawBalanceCell(led, g, r - 1);
     }
     g.refresh();
     if (!keepRedrawOff)
         g.setRedraw(true);
 }
 
-Totals calcTotals(const frmMain& m)
+Totals calcTotals(const OpenLedger& led)
 {
     double in = 0, out = 0;
-    for (const Line& L : m.lines) {
+    for (const Line& L : led.lines) {
         in += L.In;
         out += L.out;
     }
     return Totals{FormatSum(in), FormatSum(out)};
 }
 
-SummaryLabels refreshMainSummaryLabels(const frmMain& m, const GridModel& g, const PaintedIDs* painted)
+SummaryLabels refreshMainSummaryLabels(const OpenLedger& led, const GridModel& g, const PaintedIDs* painted)
 {
     if (!painted || painted->isEmpty())
         return {};
     double in = 0, out = 0;
     int count = 0;
-    const int n = std::min(int(m.lines.size()), g.Rows() - 1);
+    const int n = std::min(int(led.lines.size()), g.Rows() - 1);
     for (int i = 0; i < n; ++i) {
-        if (!painted->contains(m.lines[size_t(i)].Id))
+        if (!painted->contains(led.lines[size_t(i)].Id))
             continue;
         ++count;
         in += cellNumber(g, i + 1, colIn);
@@ -281,10 +280,10 @@ SummaryLabels refreshMainSummaryLabels(const frmMain& m, const GridModel& g, con
                                     : QString::number(count) + QStringLiteral(" שורות מסומנות")};
 }
 
-void updateCursorCells(const frmMain& m, GridModel& g, CursorMarks& marks, long long balancingLineID)
+void updateCursorCells(const OpenLedger& led, const Instance& inst, GridModel& g, CursorMarks& marks, long long balancingLineID)
 {
     const int row = g.Row(), col = g.Col();
-    const int nLines = int(m.lines.size());
+    const int nLines = int(led.lines.size());
     const bool wasOn = g.Redraw();
     g.setRedraw(false);
     if (row != marks.lastRow) {
@@ -299,7 +298,7 @@ void updateCursorCells(const frmMain& m, GridModel& g, CursorMarks& marks, long 
     if (marks.litRow >= 1 && marks.litRow <= nLines && marks.litRow < g.Rows() && marks.litCol >= colKind
         && marks.litCol < g.Cols() && (marks.litRow != row || marks.litCol != col)) {
         const int i = marks.litRow - 1;
-        g.setStyle(marks.litRow, marks.litCol, cellStyle(m, i, marks.litCol, rowColor(m, i, idText(balancingLineID))));
+        g.setStyle(marks.litRow, marks.litCol, cellStyle(led, i, marks.litCol, rowColor(led, inst, i, lineIdText(balancingLineID))));
         marks.litRow = marks.litCol = -99;
     }
     if (row >= 1 && row <= nLines && col >= g.FixedCols() && col != colMark && col != colBalance) {
@@ -315,24 +314,24 @@ void updateCursorCells(const frmMain& m, GridModel& g, CursorMarks& marks, long 
 
 RedLinePlace maybeDrawLine(int iRowAboveRed, int topRow, int visibleRows, int progMode, bool isMerged)
 {
-    if (noBalanceMode(progMode) || isMerged || iRowAboveRed < 1)
+    if (progMode == modeDetail || progMode == modeNewLines || isMerged || iRowAboveRed < 1)
         return {};
     if (iRowAboveRed < topRow || iRowAboveRed >= topRow + visibleRows)
         return {};
     return RedLinePlace{true, iRowAboveRed - topRow};
 }
 
-int redLineRow(const frmMain& m)
+int redLineRow(const OpenLedger& led, const Instance& inst)
 {
-    return noBalanceMode(m.progMode) || m.isMerged || m.iRowAboveRed < 1 ? -1 : m.iRowAboveRed;
+    return inst.hasNoBalance() || inst.isMerged || led.iRowAboveRed < 1 ? -1 : led.iRowAboveRed;
 }
 
-RedLinePlace maybeDrawLine(const frmMain& m, const GridModel& g)
+RedLinePlace maybeDrawLine(const OpenLedger& led, const Instance& inst, const GridModel& g)
 {
-    if (noBalanceMode(m.progMode) || m.isMerged || !g.RowIsVisible(m.iRowAboveRed) || m.iRowAboveRed < g.TopRow())
+    if (inst.hasNoBalance() || inst.isMerged || !g.RowIsVisible(led.iRowAboveRed) || led.iRowAboveRed < g.TopRow())
         return {};
     int k = 0;
-    for (int r = g.TopRow(); r < m.iRowAboveRed; ++r)
+    for (int r = g.TopRow(); r < led.iRowAboveRed; ++r)
         k += g.isRowHidden(r) ? 0 : 1;
     return RedLinePlace{true, k};
 }

@@ -5,7 +5,7 @@
 // test, the cursor's cell colours and its "o" mark, the place of the red
 // line under the last line that agrees with the bank, and the totals
 // under the grid. It writes only to a grid::GridModel and to the balance
-// and alternation fields of frmMain's lines; the view paints the model.
+// and alternation fields of the open ledger's lines; the view paints the model.
 //
 // The running balance is computed in one place (nextBalance and
 // drawBalanceCell), which both a load's drawing and CalcBalances use, so
@@ -16,7 +16,7 @@
 #pragma once
 
 #include "file/Lines.h"
-#include "frame/Format.h"
+#include "base/Format.h"
 
 #include <QSet>
 #include <QString>
@@ -25,7 +25,8 @@
 
 namespace pelkor {
 
-class frmMain;
+struct Instance;
+struct OpenLedger;
 namespace grid { class GridModel; }
 
 // ---- columns of the main grid -------------------------------------------
@@ -62,21 +63,21 @@ inline constexpr std::uint32_t currentText = rgb(255, 255, 255);
 using PaintedIDs = QSet<QString>;
 
 // Whether the grid has the balance column: not in progMode 3 and 4.
-bool hasBalanceColumn(const frmMain& m);
+bool hasBalanceColumn(const Instance& inst);
 // 10 columns, or 9 without the balance.
-int mainGridCols(const frmMain& m);
+int mainGridCols(const Instance& inst);
 
 // Writes the header row: the captions, the balance caption only where the
 // grid has that column, and the header colours on every header cell from
 // the first non-fixed column on. The sum columns align left.
-void initMainGrid(const frmMain& m, grid::GridModel& g);
+void initMainGrid(const Instance& inst, grid::GridModel& g);
 
 // Line i is converted: its file's conv (or, merged, the conv of its bank
 // file) is not 0.
-bool isLineConverted(const frmMain& m, int i);
+bool isLineConverted(const OpenLedger& led, const Instance& inst, int i);
 // Pink for a converted line; white in progMode 0; else by
 // alternatingIndexes[i].
-std::uint32_t getRowBackColor(const frmMain& m, int i);
+std::uint32_t getRowBackColor(const OpenLedger& led, const Instance& inst, int i);
 
 // The balance after line L, given the balance before it. Sums are added in
 // display order, as doubles, In first.
@@ -88,13 +89,13 @@ inline double nextBalance(double before, const Line& L) { return before + L.In -
 // balancing line, -1 for none; painted the marked ids, null for none.
 // Redraw is off while it runs and comes back as the caller had it.
 // Returns how many lines are converted.
-int drawLoad(frmMain& m, grid::GridModel& g, long long balancingLineID = -1, const PaintedIDs* painted = nullptr);
+int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long long balancingLineID = -1, const PaintedIDs* painted = nullptr);
 
 // Recomputes the balance from grid row startRow to the last: from 0 at
 // row 1, else from the balance cell above startRow read back as a number.
 // Writes lines[].balance and the cells with the credit test. Nothing in
 // progMode 3 and 4. Redraw is turned on at the end unless keepRedrawOff.
-void CalcBalances(frmMain& m, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
+void CalcBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
 
 // ---- totals under the grid ------------------------------------------------
 struct Totals {
@@ -103,7 +104,7 @@ struct Totals {
 };
 // The sums of all In and all out of the lines (the load shows them in
 // progMode 3).
-Totals calcTotals(const frmMain& m);
+Totals calcTotals(const OpenLedger& led);
 
 struct SummaryLabels {
     QString lblMainTotalIn;
@@ -112,7 +113,7 @@ struct SummaryLabels {
 };
 // The sums of the colIn and colOut cells of the marked lines and their
 // count; all empty when none is marked or painted is null.
-SummaryLabels refreshMainSummaryLabels(const frmMain& m, const grid::GridModel& g, const PaintedIDs* painted);
+SummaryLabels refreshMainSummaryLabels(const OpenLedger& led, const grid::GridModel& g, const PaintedIDs* painted);
 
 // ---- the cursor -------------------------------------------------------------
 // What the grid shows of the cursor, between two moves. A load resets it.
@@ -125,7 +126,7 @@ struct CursorMarks {
 // the cell that had the current-cell colours gets its own colours back,
 // and the current cell takes them, except in colMark, colBalance and the
 // fixed column, which never show them.
-void updateCursorCells(const frmMain& m, grid::GridModel& g, CursorMarks& marks, long long balancingLineID = -1);
+void updateCursorCells(const OpenLedger& led, const Instance& inst, grid::GridModel& g, CursorMarks& marks, long long balancingLineID = -1);
 
 // ---- the red line ------------------------------------------------------------
 struct RedLinePlace {
@@ -136,11 +137,11 @@ struct RedLinePlace {
 // between topRow and the visibleRows rows from it; never in progMode 3 and
 // 4 or in a merged file.
 RedLinePlace maybeDrawLine(int iRowAboveRed, int topRow, int visibleRows, int progMode, bool isMerged);
-// The same on frmMain's state and the grid's top row and page, counting
+// The same on the open ledger's state and the grid's top row and page, counting
 // hidden rows out.
-RedLinePlace maybeDrawLine(const frmMain& m, const grid::GridModel& g);
+RedLinePlace maybeDrawLine(const OpenLedger& led, const Instance& inst, const grid::GridModel& g);
 // The grid row a view draws the red line under, wherever it scrolls
 // (hiding it while that row is out of view); -1 where there is none.
-int redLineRow(const frmMain& m);
+int redLineRow(const OpenLedger& led, const Instance& inst);
 
 } // namespace pelkor

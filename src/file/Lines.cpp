@@ -1,6 +1,6 @@
 #include "file/Lines.h"
 
-#include "frame/Format.h"
+#include "base/Format.h"
 
 namespace pelkor {
 

@@ -74,7 +74,14 @@ const QStringList& jumpWords();
 // The index of a recurrence word; 2 (month) for any other text.
 int getJumpNum(const QString& word);
 
-// The prefix of memo on a line just written by another process or dialog.
-inline constexpr const char* newLinePrefix = "newline ";
+// The prefix of memo on a line just written by another process or dialog:
+// "newline " and then the colour word. A memo is taken to carry it by its
+// first seven characters ("newline"); the load cuts all eight.
+inline constexpr char newLinePrefix[] = "newline ";
+inline constexpr int newLinePrefixLength = 8;
+inline bool hasNewLinePrefix(const QString& memo)
+{
+    return memo.startsWith(QLatin1String(newLinePrefix, newLinePrefixLength - 1));
+}
 
 } // namespace pelkor

@@ -1,12 +1,16 @@
 #include "file/Loader.h"
 
+#include "base/Format.h"
+#include "base/Instance.h"
+#include "base/Modes.h"
+#include "base/Shown.h"
+#include "base/Trace.h"
+#include "base/WindowCalls.h"
 #include "file/Display.h"
-
+#include "file/MainGrid.h"
+#include "file/OpenLedger.h"
 #include "file/Schema.h"
 #include "file/Upgrades.h"
-#include "frame/Format.h"
-#include "frame/Modes.h"
-#include "frame/frmMain.h"
 #include "seams/ui/Ui.h"
 #include "seams/ui/dialogs/TypedDate.h"
 #include "seams/ui/dialogs/frmNoIpus.h"
@@ -21,47 +25,50 @@ using ui::Icon;
 namespace {
 
 const QString ipusMark = QString::fromLatin1(schema::ipusMark);
+const QString title = QStringLiteral("פלקור");
 
-void status(frmMain& m, const QString& s)
+void status(LoadParts& p, const QString& s)
 {
-    m.lblStatus = s;
-    emit m.changed();
+    p.shown.lblStatus = s;
+    p.window.shownChanged();
 }
 
-void readCategories(frmMain& m)
+// ---- reading the catalogue and the settings ---------------------------------
+
+void readCategories(OpenLedger& led)
 {
-    auto rs = m.cn.execute(QStringLiteral(
+    auto rs = led.cn.execute(QStringLiteral(
         "SELECT * FROM category ORDER BY Left(id,1) DESC, Len(Mid(id,2)), Mid(id,2)"));
-    m.catalogue.categories.clear();
-    m.catalogue.categoryDescs.clear();
+    led.catalogue.categories.clear();
+    led.catalogue.categoryDescs.clear();
     const int id = rs.fieldIndex(QStringLiteral("id"));
     const int desc = rs.fieldIndex(QStringLiteral("category"));
     for (long r = 0; r < rs.recordCount(); ++r) {
-        m.catalogue.categories << RemoveNull(rs.at(r, id));
-        m.catalogue.categoryDescs << fixString(RemoveNull(rs.at(r, desc)));
+        led.catalogue.categories << RemoveNull(rs.at(r, id));
+        led.catalogue.categoryDescs << fixString(RemoveNull(rs.at(r, desc)));
     }
 }
 
-void readMergedBanks(frmMain& m)
+void readMergedBanks(OpenLedger& led)
 {
-    auto rs = m.cn.execute(QStringLiteral("SELECT * FROM mergedBanks ORDER BY index"));
-    m.bankFileNames.clear();
-    m.convs.clear();
+    auto rs = led.cn.execute(QStringLiteral("SELECT * FROM mergedBanks ORDER BY index"));
+    led.bankFileNames.clear();
+    led.convs.clear();
     const int f = rs.fieldIndex(QStringLiteral("fileName"));
     const int c = rs.fieldIndex(QStringLiteral("conv"));
     for (long r = 0; r < rs.recordCount(); ++r) {
-        m.bankFileNames << RemoveNull(rs.at(r, f));
-        m.convs.push_back(RemoveSumNull(rs.at(r, c)));
+        led.bankFileNames << RemoveNull(rs.at(r, f));
+        led.convs.push_back(RemoveSumNull(rs.at(r, c)));
     }
 }
 
-void readTypes(frmMain& m)
+void readTypes(LoadParts& p)
 {
-    auto rs = m.cn.execute(QStringLiteral(
+    auto rs = p.ledger.cn.execute(QStringLiteral(
         "SELECT TypeNum,TypeName,types.CategoryNum,InOut,TypesCategories.CategoryNum,CategoryName "
         "FROM types,TypesCategories WHERE types.CategoryNum=TypesCategories.CategoryNum "
         "ORDER BY CategoryName,TypeName"));
-    auto& c = m.catalogue;
+    auto& c = p.ledger.catalogue;
     c.types.clear();
     c.types.reserve(size_t(rs.recordCount()));
     for (long r = 0; r < rs.recordCount(); ++r) {
@@ -74,126 +81,134 @@ void readTypes(frmMain& m)
     }
     c.typeName1 = c.getTypeName(1);
     c.typeName2 = c.getTypeName(2);
-    if (c.types.empty() && !m.isMerged)
-        m.ui.msgBox(QStringLiteral("error: no types"), QStringLiteral("פלקור"), Buttons::OK, Icon::Critical);
+    if (c.types.empty() && !p.instance.isMerged)
+        p.ui.msgBox(QStringLiteral("error: no types"), title, Buttons::OK, Icon::Critical);
 }
 
 // The selection a detail child shows beside the file's name.
-void addSelectionText(frmMain& m)
+void addSelectionText(LoadParts& p)
 {
+    const DetailSelection& d = p.instance.detail;
+    const Catalogue& c = p.ledger.catalogue;
     QString s;
-    if (m.detailKind == 3) {
-        const int i = int(m.catalogue.categories.indexOf(m.detailKindText));
-        s = QStringLiteral("תנועות בסיווג ") + FormatKind(m.detailKindText) + QLatin1Char(' ')
-            + m.catalogue.getKindDesc(i);
-    } else if (m.detailKind == 4) {
-        s = QStringLiteral("תנועות מסוג ") + m.catalogue.getTypeName(m.detailTypeIndex);
+    if (d.kind == detailOfKind) {
+        const int i = int(c.categories.indexOf(d.kindText));
+        s = QStringLiteral("תנועות בסיווג ") + FormatKind(d.kindText) + QLatin1Char(' ') + c.getKindDesc(i);
+    } else if (d.kind == detailOfType) {
+        s = QStringLiteral("תנועות מסוג ") + c.getTypeName(d.typeIndex);
     } else {
         return;
     }
-    if (m.fromDate != m.toDate)
-        s += QStringLiteral(" מ: ") + formatDate224(m.fromDate) + QStringLiteral(" עד: ") + formatDate224(m.toDate);
+    if (d.fromDate != d.toDate)
+        s += QStringLiteral(" מ: ") + formatDate224(d.fromDate) + QStringLiteral(" עד: ") + formatDate224(d.toDate);
     else
-        s += QStringLiteral(" לתאריך ") + formatDate224(m.fromDate);
-    m.lblFileName += s;
+        s += QStringLiteral(" לתאריך ") + formatDate224(d.fromDate);
+    p.shown.lblFileName += s;
 }
 
-void readDefaults(frmMain& m)
+void readDefaults(OpenLedger& led)
 {
-    auto rs = m.cn.execute(QStringLiteral("SELECT * FROM Defaults"));
-    m.theCredit = rs.eof() ? 0 : RemoveSumNull(rs.field(QStringLiteral("Credit")));
-    m.nDays = 90;
+    auto rs = led.cn.execute(QStringLiteral("SELECT * FROM Defaults"));
+    led.theCredit = rs.eof() ? 0 : RemoveSumNull(rs.field(QStringLiteral("Credit")));
+    led.nDays = 90;
     for (int i = 0; i < rs.fieldCount() && !rs.eof(); ++i)
         if (rs.fieldName(i).compare(QLatin1String("NDays"), Qt::CaseInsensitive) == 0 && !rs.field(i).isNull())
-            m.nDays = int(rs.field(i).toInt());
+            led.nDays = int(rs.field(i).toInt());
 }
 
-void readIpusLine(frmMain& m)
+void readIpusLine(LoadParts& p)
 {
-    auto rs = m.cn.execute(QStringLiteral("SELECT id,date FROM %1 WHERE zee='%2'").arg(m.linesTable, ipusMark));
+    OpenLedger& led = p.ledger;
+    auto rs = led.cn.execute(QStringLiteral("SELECT id,date FROM %1 WHERE zee='%2'").arg(led.linesTable, ipusMark));
     if (rs.recordCount() != 1)
-        m.ui.msgBox(QStringLiteral("number of ipus lines in DB is %1").arg(rs.recordCount()), QStringLiteral("פלקור"));
+        p.ui.msgBox(QStringLiteral("number of ipus lines in DB is %1").arg(rs.recordCount()), title);
     if (!rs.eof()) {
-        m.ipusID = RemoveNull(rs.field(0));
-        m.ipusDate = rs.field(1).toDate();
+        led.ipusID = RemoveNull(rs.field(0));
+        led.ipusDate = rs.field(1).toDate();
     }
 }
 
-void ipusMessage(frmMain& m, const QDate& set, const QString& why)
+// ---- the zeroing mark and the bad lines, before the lines are read ----------
+
+void ipusMessage(LoadParts& p, const QDate& set, const QString& why)
 {
-    m.ui.msgBox(QStringLiteral("תאריך האיפוס נקבע ל-") + formatDate224(set) + QStringLiteral(",\n") + why,
+    p.ui.msgBox(QStringLiteral("תאריך האיפוס נקבע ל-") + formatDate224(set) + QStringLiteral(",\n") + why,
                 QStringLiteral("תאריך איפוס"), Buttons::OK, Icon::Exclamation);
 }
 
 // Makes sure one line bears the marker, asking the user where the last
-// zeroing was when none does. False when the user gave no answer.
-bool ensureIpusLine(frmMain& m)
+// zeroing was when none does. False when the user gave no answer (the
+// instance is ending).
+bool ensureIpusLine(LoadParts& p)
 {
-    TraceScope t(m.trace, QStringLiteral("ensureIpusLine"));
-    const QString& tb = m.linesTable;
-    auto rs = m.cn.execute(QStringLiteral("SELECT date FROM %1 WHERE zee='%2'").arg(tb, ipusMark));
+    OpenLedger& led = p.ledger;
+    TraceScope t(led.trace, QStringLiteral("ensureIpusLine"));
+    const QString& tb = led.linesTable;
+    auto rs = led.cn.execute(QStringLiteral("SELECT date FROM %1 WHERE zee='%2'").arg(tb, ipusMark));
     if (rs.recordCount() != 0)
         return true;
     ui::frmNoIpus dlg;
-    m.ui.runDialog(dlg);
+    p.ui.runDialog(dlg);
     const QString noIpusReply = dlg.noIpusReply();
     if (noIpusReply.isEmpty()) {
-        m.exitProg();
+        p.window.exitProg();
         return false;
     }
     QString id;
     if (noIpusReply == QLatin1String("*")) {
-        auto first = m.cn.execute(QStringLiteral("SELECT %1.id FROM %1 WHERE isdate(date) ORDER BY %2").arg(tb, orderBy(tb)));
+        auto first = led.cn.execute(QStringLiteral("SELECT %1.id FROM %1 WHERE isdate(date) ORDER BY %2").arg(tb, orderBy(tb)));
         if (first.eof()) {
             // No line with a date at all: the first line in any order.
-            first = m.cn.execute(QStringLiteral("SELECT %1.id FROM %1 ORDER BY %2").arg(tb, orderBy(tb)));
+            first = led.cn.execute(QStringLiteral("SELECT %1.id FROM %1 ORDER BY %2").arg(tb, orderBy(tb)));
         }
         if (!first.eof())
             id = RemoveNull(first.field(0));
     } else {
         const QDate asked = ui::readTypedDate(noIpusReply).value_or(QDate());
-        m.ipusDate = asked;
-        auto before = m.cn.execute(QStringLiteral("SELECT %1.id,[date] FROM %1 WHERE [date]<=%2 ORDER BY %3")
-                                       .arg(tb, formatDateForSQL(asked), orderBy(tb)));
+        led.ipusDate = asked;
+        auto before = led.cn.execute(QStringLiteral("SELECT %1.id,[date] FROM %1 WHERE [date]<=%2 ORDER BY %3")
+                                         .arg(tb, formatDateForSQL(asked), orderBy(tb)));
         if (!before.eof()) {
             before.moveLast();
             id = RemoveNull(before.field(0));
             const QDate d = before.field(1).toDate();
-            if (d < m.ipusDate)
-                ipusMessage(m, d, QStringLiteral("מכיוון שאין שורות בתאריך ") + formatDate224(asked));
-            m.ipusDate = d;
+            if (d < led.ipusDate)
+                ipusMessage(p, d, QStringLiteral("מכיוון שאין שורות בתאריך ") + formatDate224(asked));
+            led.ipusDate = d;
         } else {
-            auto min = m.cn.execute(QStringLiteral("SELECT min(date) FROM %1").arg(tb));
-            m.ipusDate = min.eof() ? QDate() : min.field(0).toDate();
-            if (m.ipusDate.isValid()) {
-                auto on = m.cn.execute(QStringLiteral("SELECT %1.id,[date] FROM %1 WHERE [date]=%2 ORDER BY %3")
-                                           .arg(tb, formatDateForSQL(m.ipusDate), orderBy(tb)));
+            auto min = led.cn.execute(QStringLiteral("SELECT min(date) FROM %1").arg(tb));
+            led.ipusDate = min.eof() ? QDate() : min.field(0).toDate();
+            if (led.ipusDate.isValid()) {
+                auto on = led.cn.execute(QStringLiteral("SELECT %1.id,[date] FROM %1 WHERE [date]=%2 ORDER BY %3")
+                                             .arg(tb, formatDateForSQL(led.ipusDate), orderBy(tb)));
                 if (!on.eof())
                     id = RemoveNull(on.field(0));
-                ipusMessage(m, m.ipusDate, QStringLiteral("מכיוון שהשורה הראשונה היא מתאריך זה"));
+                ipusMessage(p, led.ipusDate, QStringLiteral("מכיוון שהשורה הראשונה היא מתאריך זה"));
             }
         }
     }
     if (!id.isEmpty())
-        m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, id));
+        led.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, id));
     return true;
 }
 
 // Lines with a valid kind but text in date, in or out go to a new-line
 // child. True when they did (the load stops here until it answers).
-bool handOverBadLines(frmMain& m)
+bool handOverBadLines(LoadParts& p)
 {
-    auto rs = m.cn.execute(badLinesStatement(m.linesTable));
+    auto rs = p.ledger.cn.execute(badLinesStatement(p.ledger.linesTable));
     if (rs.recordCount() == 0)
         return false;
-    m.trace.traceLine(QStringLiteral("openDB"), QStringLiteral("%1 bad lines handed over").arg(rs.recordCount()));
-    m.newLineDialogType = lineDialogBadLines;
-    m.gridVisible = false;
-    m.enabled = false;
-    emit m.changed();
-    m.openNewDialog(lineDialogBadLines);
+    p.ledger.trace.traceLine(QStringLiteral("openDB"), QStringLiteral("%1 bad lines handed over").arg(rs.recordCount()));
+    p.instance.newLineDialogType = lineDialogBadLines;
+    p.shown.gridVisible = false;
+    p.shown.enabled = false;
+    p.window.shownChanged();
+    p.window.openNewDialog(lineDialogBadLines);
     return true;
 }
+
+// ---- reading the lines --------------------------------------------------------
 
 // The few texts a column repeats (kinds, colour words, marks) made into
 // strings once and shared by every line that holds them: a load of many
@@ -222,6 +237,8 @@ public:
     }
 
 private:
+    // More than the kinds, colour words and marks of a usual file hold;
+    // a rarer text is simply made again.
     static constexpr int size = 24;
     Value keys_[size];
     QString texts_[size];
@@ -234,6 +251,180 @@ QDate dateOf(const Value& v)
         return nullDate();
     const QDate d = v.toDate();
     return d.isValid() ? d : nullDate();
+}
+
+// Reads the lines of the statement into the ledger, repairing each on the
+// way (a line of no valid kind is told and deleted; an empty reference
+// becomes one blank; the "newline" prefix goes). In a main mode it finds
+// the mark and the row above the red line. Returns the grid row the cursor
+// should land on (-1: none asked), in landOn.
+void readLines(LoadParts& p, Recordset& rs, int& landOn)
+{
+    OpenLedger& led = p.ledger;
+    Instance& inst = p.instance;
+    const QString& tb = led.linesTable;
+    const QString proc = QStringLiteral("openDB");
+    const bool mainMode = inst.isMainMode();
+    const long n = rs.recordCount();
+    led.lines.clear();
+    led.lines.reserve(size_t(n));
+    led.mergedBankIndexes.assign(size_t(n), 0);
+    if (inst.progMode == modeNewLines)
+        p.grid.balancingLineID = -1;
+    Conversion convert;
+    convert.isMerged = inst.isMerged;
+    convert.conv = inst.detail.conv;
+    convert.convs = led.convs;
+    RecentTexts kinds, memos, marks;
+    for (long r = 0; r < n; ++r) {
+        const int i = int(led.lines.size());
+        Line L;
+        L.Id = RemoveNull(rs.at(r, 0));
+        if (!p.grid.theID.isEmpty() && L.Id == p.grid.theID)
+            landOn = i + 1;
+        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : memos(rs.at(r, 9));
+        if (hasNewLinePrefix(memo)) {
+            landOn = i + 1;
+            led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set [memo] = mid([memo],%2) WHERE id = %3")
+                                         .arg(tb).arg(newLinePrefixLength + 1).arg(L.Id));
+            memo = memo.mid(newLinePrefixLength);
+        }
+        L.Date = dateOf(rs.at(r, 2));
+        if (inst.progMode == modeNewLines && inst.newLineDialogType == lineDialogUnconfirmedPelkor)
+            led.targetDate = L.Date;
+        L.zee = marks(rs.at(r, 8));
+        if (inst.progMode == modeNewLines && L.zee == QLatin1String("coord0"))
+            p.grid.balancingLineID = L.Id.toLongLong();
+        if (inst.isMerged) {
+            led.mergedBankIndexes[size_t(i)] = int(rs.at(r, 8).toInt());
+            convert.mergedBankIndexes = led.mergedBankIndexes;
+        }
+        if (mainMode) {
+            if (led.zeeFound && L.Date > led.ipusDate && led.iRowAboveRed == -1) {
+                led.iRowAboveRed = i;
+                if (i == 0)
+                    p.ui.msgBox(QStringLiteral("ipus line problem in openDB"), title);
+            }
+            if (L.zee == ipusMark) {
+                if (led.zeeFound)
+                    p.ui.msgBox(QStringLiteral("more than one line with zee in database"), title);
+                led.ipusDate = L.Date;
+                led.IDWithFoundZee = L.Id;
+                led.zeeFound = true;
+            }
+        }
+        L.kind = kinds(rs.at(r, 1));
+        if (!led.catalogue.isCategory(L.kind)) {
+            p.ui.msgBox(QStringLiteral("נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\n") + FormatKind(L.kind),
+                        QStringLiteral("סיווג לא חוקי"), Buttons::OK, Icon::Exclamation);
+            led.sql.executeSQL(proc, QStringLiteral("DELETE FROM %1 WHERE id = %2 AND kind = '%3'")
+                                         .arg(tb, L.Id, fixString(L.kind)));
+            continue;
+        }
+        L.confirm = fixString(RemoveNull(rs.at(r, 3)));
+        if (L.confirm.isEmpty()) {
+            led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set confirm = ' ' WHERE id = %2").arg(tb, L.Id));
+            L.confirm = QStringLiteral(" ");
+        }
+        L.detail = fixString(RemoveNull(rs.at(r, 4)));
+        L.In = convNum(RemoveSumNull(rs.at(r, 5)), i, convert);
+        L.out = convNum(RemoveSumNull(rs.at(r, 6)), i, convert);
+        if (!rs.at(r, 7).isNull()) {
+            L.TypeNum = int(rs.at(r, 7).toInt());
+            L.Type = led.catalogue.getTypeName(L.TypeNum);
+        }
+        L.Memo = memo;
+        L.isTzefi = RemoveSumNull(rs.at(r, 11)) != 0;
+        L.relate = int(RemoveSumNull(rs.at(r, 10)));
+        led.lines.push_back(std::move(L));
+    }
+    led.mergedBankIndexes.resize(led.lines.size());
+}
+
+// Main modes: the mark moves to the line above the red line (the last line
+// of the zeroing date); where it stands there already the file is left as
+// it is (no write, no sync). Clearing the old mark and setting the new one
+// are one transaction.
+void placeZeroingMark(LoadParts& p)
+{
+    OpenLedger& led = p.ledger;
+    const QString& tb = led.linesTable;
+    if (led.iRowAboveRed == -1)
+        led.iRowAboveRed = led.rows() - 1;
+    led.ipusID = led.lines[size_t(led.iRowAboveRed - 1)].Id;
+    if (led.IDWithFoundZee != led.ipusID) {
+        const QString proc = QStringLiteral("openDB");
+        store::Transaction tx(led.cn);
+        if (!led.IDWithFoundZee.isEmpty())
+            led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set zee = ' ' WHERE id = %2").arg(tb, led.IDWithFoundZee));
+        led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, led.ipusID));
+        tx.commit();
+    }
+    for (Line& L : led.lines)
+        if (L.zee == ipusMark || L.Id == led.ipusID)
+            L.zee = L.Id == led.ipusID ? ipusMark : QStringLiteral(" ");
+}
+
+// Draws the lines with their running balance and date bands; a merged file
+// says in its label which lines are converted.
+void drawLines(LoadParts& p)
+{
+    status(p, QStringLiteral("מעדכן תצוגה..."));
+    grid::GridModel& g = p.grid.msfgMain;
+    g.setRedraw(false);
+    const int converted = drawLoad(p.ledger, p.instance, g, p.grid.balancingLineID, nullptr);
+    if (p.instance.isMainMode() && !p.ledger.zeeFound)
+        p.ui.msgBox(QStringLiteral("no line with zee found"), title);
+    if (p.instance.isMerged) {
+        const int n = int(p.ledger.lines.size());
+        const QString what = converted == 0 ? QStringLiteral("ללא המרה")
+            : converted == n                ? QStringLiteral("עם המרה")
+            : converted == 1                ? QStringLiteral("השורה הורודה מומרת")
+                                            : QStringLiteral("השורות הורודות מומרות");
+        p.shown.lblFileName += QStringLiteral(" (") + what + QLatin1Char(')');
+    }
+}
+
+// Puts the cursor on landOn (the first row when none was asked): a reload
+// keeps the landing line's distance from the top; a first load shows the
+// red line. The cursor stands in the kind column unless a reload left it
+// further on.
+void placeCursor(LoadParts& p, int landOn, bool reasonIsRefresh)
+{
+    grid::GridModel& g = p.grid.msfgMain;
+    if (landOn == -1)
+        landOn = 1;
+    if (reasonIsRefresh) {
+        g.setTopRow(clipRowNum(landOn - p.grid.theOffset, g.Rows()));
+        g.setRow(clipRowNum(landOn, g.Rows()));
+    } else {
+        if (p.instance.isMainMode()) {
+            const int red = clipRowNum(p.ledger.iRowAboveRed, g.Rows());
+            if (!g.RowIsVisible(red))
+                g.setTopRow(red);
+        }
+        g.setRow(clipRowNum(landOn, g.Rows()));
+    }
+    if (!reasonIsRefresh || g.Col() < colKind)
+        g.setCol(colKind);
+    p.grid.row = g.Row();
+    p.grid.topRow = g.TopRow();
+    g.setRedraw(true);
+    updateCursorCells(p.ledger, p.instance, g, p.grid.msfgMainMarks, p.grid.balancingLineID);
+    if (p.instance.progMode == modeDetail) {
+        const Totals t = calcTotals(p.ledger);
+        p.grid.lblTotalIncome = t.lblTotalIncome;
+        p.grid.lblTotalExpense = t.lblTotalExpense;
+    }
+}
+
+// The end of a load that found nothing to show.
+LoadResult noLines(LoadParts& p)
+{
+    p.ledger.lines.clear();
+    p.ledger.openDBisBusy = false;
+    p.window.handleZeroLines();
+    return LoadResult::NoLines;
 }
 
 } // namespace
@@ -251,26 +442,28 @@ QString badLinesStatement(const QString& table)
                           "(not isdate([date]) or not isnumeric([in]) or not isnumeric(out))").arg(table);
 }
 
-QString linesStatement(const frmMain& m)
+QString linesStatement(const OpenLedger& led, const Instance& inst)
 {
-    const QString& tb = m.linesTable;
+    const QString& tb = led.linesTable;
+    const DetailSelection& d = inst.detail;
     QString where;
-    if (m.progMode == modeDetail) {
-        switch (m.detailKind) {
-        case 0: where = QStringLiteral(" WHERE [date]=%1 AND left(kind,1)='+'").arg(formatDateForSQL(m.fromDate)); break;
-        case 1: where = QStringLiteral(" WHERE [date]=%1 AND left(kind,1)='-'").arg(formatDateForSQL(m.fromDate)); break;
-        case 2: where = QStringLiteral(" WHERE [date]=%1").arg(formatDateForSQL(m.fromDate)); break;
-        case 3:
+    if (inst.progMode == modeDetail) {
+        switch (d.kind) {
+        case detailIncome: where = QStringLiteral(" WHERE [date]=%1 AND left(kind,1)='+'").arg(formatDateForSQL(d.fromDate)); break;
+        case detailExpense: where = QStringLiteral(" WHERE [date]=%1 AND left(kind,1)='-'").arg(formatDateForSQL(d.fromDate)); break;
+        case detailDay: where = QStringLiteral(" WHERE [date]=%1").arg(formatDateForSQL(d.fromDate)); break;
+        case detailOfKind:
             where = QStringLiteral(" WHERE [date]>=%1 AND [date]<=%2 AND kind='%3'")
-                        .arg(formatDateForSQL(m.fromDate), formatDateForSQL(m.toDate), fixString(m.detailKindText));
+                        .arg(formatDateForSQL(d.fromDate), formatDateForSQL(d.toDate), fixString(d.kindText));
             break;
-        case 4:
+        case detailOfType:
             where = QStringLiteral(" WHERE [date]>=%1 AND [date]<=%2 AND TypeNum=%3")
-                        .arg(formatDateForSQL(m.fromDate), formatDateForSQL(m.toDate)).arg(m.detailTypeIndex);
+                        .arg(formatDateForSQL(d.fromDate), formatDateForSQL(d.toDate)).arg(d.typeIndex);
             break;
+        case detailNone: break;
         }
-    } else if (m.progMode == modeNewLines) {
-        where = m.newLineDialogType == lineDialogBadLines
+    } else if (inst.progMode == modeNewLines) {
+        where = inst.newLineDialogType == lineDialogBadLines
             ? QStringLiteral(",category where kind=category.id and "
                              "(not isdate([date]) or not isnumeric([in]) or not isnumeric(out))")
             : QStringLiteral(" WHERE left(zee,5)='coord'");
@@ -281,204 +474,92 @@ QString linesStatement(const frmMain& m)
         + where + QStringLiteral(" ORDER BY ") + orderBy(tb);
 }
 
-LoadResult openDB(frmMain& m, bool reasonIsRefresh)
+// Phases of a load, in order. Each reads what the ones before it left in
+// the open ledger; a phase that ends the load returns how it ended.
+//
+// beginLoad: the ledger is busy (the window refuses to close) and the
+// frame's buttons are off; the zeroing state and the cursor's marks of the
+// last load are forgotten.
+//
+// readSettings: the file's settings, upgraded in place where a column or
+// table is missing; the kinds, the merged banks, the types; a detail
+// child's selection text; the bank binding and Defaults; a child's view of
+// the zeroing line. Reads only, but for the upgrades.
+//
+// prepareLines: a main mode makes sure a line bears the zeroing mark
+// (asking the user; no answer ends the instance); lines with no valid date
+// or sum go to a new-line child (the load resumes when it answers).
+//
+// readLines, placeZeroingMark, drawLines, placeCursor: see each.
+//
+// endLoad: not busy, buttons on, "מוכן", and the window hears that the
+// lines are new.
+LoadResult openDB(LoadParts& p, bool reasonIsRefresh)
 {
-    TraceScope t(m.trace, QStringLiteral("openDB"));
-    const QString& tb = m.linesTable;
-    const bool mainMode = m.progMode != modeDetail && m.progMode != modeNewLines && !m.isMerged;
+    OpenLedger& led = p.ledger;
+    Instance& inst = p.instance;
+    TraceScope t(led.trace, QStringLiteral("openDB"));
 
-    // 1.
-    m.openDBisBusy = true;
-    m.frameButtonsEnabled = false;
-    m.iRowAboveRed = -1;
-    m.iBankRowAboveRed = -1;
-    m.zeeFound = false;
-    m.IDWithFoundZee.clear();
-    m.msfgMainMarks = {};
-    // 2.
-    handleAuto(m);
-    readInvoiceCategs(m);
-    // 3-5.
-    status(m, QStringLiteral("קורא סיווגים..."));
-    readCategories(m);
-    if (m.isMerged) {
-        status(m, QStringLiteral("קורא בנקים..."));
-        readMergedBanks(m);
+    // beginLoad
+    led.openDBisBusy = true;
+    p.shown.frameButtonsEnabled = false;
+    led.iRowAboveRed = -1;
+    led.iBankRowAboveRed = -1;
+    led.zeeFound = false;
+    led.IDWithFoundZee.clear();
+    p.grid.msfgMainMarks = {};
+
+    // readSettings
+    handleAuto(led);
+    p.shown.mnuAutomaticBankCoordinationChecked = led.isAutomatic;
+    readInvoiceCategs(led);
+    status(p, QStringLiteral("קורא סיווגים..."));
+    readCategories(led);
+    if (inst.isMerged) {
+        status(p, QStringLiteral("קורא בנקים..."));
+        readMergedBanks(led);
     }
-    status(m, QStringLiteral("קורא סוגים..."));
-    readTypes(m);
-    // 6-8.
-    if (m.progMode == modeDetail)
-        addSelectionText(m);
-    checkBankNum(m);
-    handleBankInfo(m);
-    readDefaults(m);
-    // 9.
-    if ((m.progMode == modeDetail && !m.isMerged)
-        || (m.progMode == modeNewLines
-            && (m.newLineDialogType == lineDialogUnconfirmedBank || m.newLineDialogType == lineDialogBadLines)))
-        readIpusLine(m);
-    // 10-11.
-    status(m, QStringLiteral("קורא שורות..."));
-    const QString statement = linesStatement(m);
-    if (mainMode && !ensureIpusLine(m))
+    status(p, QStringLiteral("קורא סוגים..."));
+    readTypes(p);
+    if (inst.progMode == modeDetail)
+        addSelectionText(p);
+    if (const auto moveDates = checkBankNum(led))
+        p.shown.mnuMoveDatesVisible = *moveDates;
+    handleBankInfo(led);
+    readDefaults(led);
+    if ((inst.progMode == modeDetail && !inst.isMerged)
+        || (inst.progMode == modeNewLines
+            && (inst.newLineDialogType == lineDialogUnconfirmedBank || inst.newLineDialogType == lineDialogBadLines)))
+        readIpusLine(p);
+
+    // prepareLines
+    status(p, QStringLiteral("קורא שורות..."));
+    const QString statement = linesStatement(led, inst);
+    if (inst.isMainMode() && !ensureIpusLine(p))
         return LoadResult::Ended;
-    // 12.
-    if (!(m.progMode == modeNewLines && m.newLineDialogType == lineDialogBadLines) && handOverBadLines(m))
+    if (!inst.isBadLinesChild() && handOverBadLines(p))
         return LoadResult::HandedOver;
-    // 13.
-    Recordset rs = m.cn.execute(statement);
-    if (rs.recordCount() == 0) {
-        m.lines.clear();
-        m.openDBisBusy = false;
-        m.handleZeroLines();
-        return LoadResult::NoLines;
-    }
-    // 14-15.
-    const long n = rs.recordCount();
-    m.lines.clear();
-    m.lines.reserve(size_t(n));
-    m.mergedBankIndexes.assign(size_t(n), 0);
-    if (m.progMode == modeNewLines)
-        m.balancingLineID = -1;
-    Conversion convert;
-    convert.isMerged = m.isMerged;
-    convert.conv = m.conv;
-    convert.convs = m.convs;
-    int theRow = -1;
-    RecentTexts kinds, memos, marks;
-    for (long r = 0; r < n; ++r) {
-        const int i = int(m.lines.size());
-        Line L;
-        L.Id = RemoveNull(rs.at(r, 0));
-        if (!m.theID.isEmpty() && L.Id == m.theID)
-            theRow = i + 1;
-        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : memos(rs.at(r, 9));
-        if (memo.startsWith(QLatin1String("newline"))) {
-            theRow = i + 1;
-            m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set [memo] = mid([memo],9) WHERE id = %2").arg(tb, L.Id));
-            memo = memo.mid(8);
-        }
-        L.Date = dateOf(rs.at(r, 2));
-        if (m.progMode == modeNewLines && m.newLineDialogType == lineDialogUnconfirmedPelkor)
-            m.targetDate = L.Date;
-        L.zee = marks(rs.at(r, 8));
-        if (m.progMode == modeNewLines && L.zee == QLatin1String("coord0"))
-            m.balancingLineID = L.Id.toLongLong();
-        if (m.isMerged) {
-            m.mergedBankIndexes[size_t(i)] = int(rs.at(r, 8).toInt());
-            convert.mergedBankIndexes = m.mergedBankIndexes;
-        }
-        if (mainMode) {
-            if (m.zeeFound && L.Date > m.ipusDate && m.iRowAboveRed == -1) {
-                m.iRowAboveRed = i;
-                if (i == 0)
-                    m.ui.msgBox(QStringLiteral("ipus line problem in openDB"), QStringLiteral("פלקור"));
-            }
-            if (L.zee == ipusMark) {
-                if (m.zeeFound)
-                    m.ui.msgBox(QStringLiteral("more than one line with zee in database"), QStringLiteral("פלקור"));
-                m.ipusDate = L.Date;
-                m.IDWithFoundZee = L.Id;
-                m.zeeFound = true;
-            }
-        }
-        L.kind = kinds(rs.at(r, 1));
-        if (!m.catalogue.isCategory(L.kind)) {
-            m.ui.msgBox(QStringLiteral("נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\n") + FormatKind(L.kind),
-                        QStringLiteral("סיווג לא חוקי"), Buttons::OK, Icon::Exclamation);
-            m.sql.executeSQL(t.proc(), QStringLiteral("DELETE FROM %1 WHERE id = %2 AND kind = '%3'")
-                                           .arg(tb, L.Id, fixString(L.kind)));
-            continue;
-        }
-        L.confirm = fixString(RemoveNull(rs.at(r, 3)));
-        if (L.confirm.isEmpty()) {
-            m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set confirm = ' ' WHERE id = %2").arg(tb, L.Id));
-            L.confirm = QStringLiteral(" ");
-        }
-        L.detail = fixString(RemoveNull(rs.at(r, 4)));
-        L.In = convNum(RemoveSumNull(rs.at(r, 5)), i, convert);
-        L.out = convNum(RemoveSumNull(rs.at(r, 6)), i, convert);
-        if (!rs.at(r, 7).isNull()) {
-            L.TypeNum = int(rs.at(r, 7).toInt());
-            L.Type = m.catalogue.getTypeName(L.TypeNum);
-        }
-        L.Memo = memo;
-        L.isTzefi = RemoveSumNull(rs.at(r, 11)) != 0;
-        L.relate = int(RemoveSumNull(rs.at(r, 10)));
-        m.lines.push_back(std::move(L));
-    }
-    m.mergedBankIndexes.resize(m.lines.size());
-    if (m.lines.empty()) {
-        m.openDBisBusy = false;
-        m.handleZeroLines();
-        return LoadResult::NoLines;
-    }
-    // 16.
-    if (mainMode) {
-        if (m.iRowAboveRed == -1)
-            m.iRowAboveRed = m.rows() - 1;
-        m.ipusID = m.lines[size_t(m.iRowAboveRed - 1)].Id;
-        // The mark moves to the line above the red line; where it stands
-        // there already the file is left as it is (no write, no sync).
-        if (m.IDWithFoundZee != m.ipusID) {
-            store::Transaction tx(m.cn);
-            if (!m.IDWithFoundZee.isEmpty())
-                m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = ' ' WHERE id = %2").arg(tb, m.IDWithFoundZee));
-            m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE %1 set zee = '%2' WHERE id = %3").arg(tb, ipusMark, m.ipusID));
-            tx.commit();
-        }
-        for (Line& L : m.lines)
-            if (L.zee == ipusMark || L.Id == m.ipusID)
-                L.zee = L.Id == m.ipusID ? ipusMark : QStringLiteral(" ");
-    }
-    // 17: the grid, with the running balance and the alternating backgrounds.
-    status(m, QStringLiteral("מעדכן תצוגה..."));
-    grid::GridModel& g = m.msfgMain;
-    g.setRedraw(false);
-    const int converted = drawLoad(m, g, m.balancingLineID, nullptr);
-    // 18.
-    if (mainMode && !m.zeeFound)
-        m.ui.msgBox(QStringLiteral("no line with zee found"), QStringLiteral("פלקור"));
-    // 19.
-    if (m.isMerged) {
-        const QString what = converted == 0 ? QStringLiteral("ללא המרה")
-            : converted == int(m.lines.size()) ? QStringLiteral("עם המרה")
-            : converted == 1                   ? QStringLiteral("השורה הורודה מומרת")
-                                               : QStringLiteral("השורות הורודות מומרות");
-        m.lblFileName += QStringLiteral(" (") + what + QLatin1Char(')');
-    }
-    // 21.
-    if (theRow == -1)
-        theRow = 1;
-    if (reasonIsRefresh) {
-        g.setTopRow(clipRowNum(theRow - m.theOffset, g.Rows()));
-        g.setRow(clipRowNum(theRow, g.Rows()));
-    } else {
-        if (mainMode) {
-            const int red = clipRowNum(m.iRowAboveRed, g.Rows());
-            if (!g.RowIsVisible(red))
-                g.setTopRow(red);
-        }
-        g.setRow(clipRowNum(theRow, g.Rows()));
-    }
-    if (!reasonIsRefresh || g.Col() < colKind)
-        g.setCol(colKind);
-    m.row = g.Row();
-    m.topRow = g.TopRow();
-    g.setRedraw(true);
-    updateCursorCells(m, g, m.msfgMainMarks, m.balancingLineID);
-    if (m.progMode == modeDetail) {
-        const Totals t = calcTotals(m);
-        m.lblTotalIncome = t.lblTotalIncome;
-        m.lblTotalExpense = t.lblTotalExpense;
-    }
-    // 23.
-    m.openDBisBusy = false;
-    m.frameButtonsEnabled = true;
-    m.lblStatus = QStringLiteral("מוכן");
-    emit m.loaded();
-    emit m.changed();
+
+    // readLines
+    Recordset rs = led.cn.execute(statement);
+    if (rs.recordCount() == 0)
+        return noLines(p);
+    int landOn = -1;
+    readLines(p, rs, landOn);
+    if (led.lines.empty())
+        return noLines(p);
+
+    if (inst.isMainMode())
+        placeZeroingMark(p);
+    drawLines(p);
+    placeCursor(p, landOn, reasonIsRefresh);
+
+    // endLoad
+    led.openDBisBusy = false;
+    p.shown.frameButtonsEnabled = true;
+    p.shown.lblStatus = QStringLiteral("מוכן");
+    p.window.linesLoaded();
+    p.window.shownChanged();
     return LoadResult::Loaded;
 }
 

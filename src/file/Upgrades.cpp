@@ -1,13 +1,14 @@
 #include "file/Upgrades.h"
 
-#include "frame/Format.h"
-#include "frame/frmMain.h"
+#include "base/Format.h"
+#include "base/Trace.h"
+#include "file/OpenLedger.h"
 
 namespace pelkor {
 
 using store::StoreError;
 
-void handleAuto(frmMain& m)
+void handleAuto(OpenLedger& m)
 {
     TraceScope t(m.trace, QStringLiteral("handleAuto"));
     try {
@@ -21,10 +22,9 @@ void handleAuto(frmMain& m)
         tx.commit();
         m.isAutomatic = true;
     }
-    m.mnuAutomaticBankCoordinationChecked = m.isAutomatic;
 }
 
-void readInvoiceCategs(frmMain& m)
+void readInvoiceCategs(OpenLedger& m)
 {
     TraceScope t(m.trace, QStringLiteral("readInvoiceCategs"));
     try {
@@ -45,7 +45,7 @@ void readInvoiceCategs(frmMain& m)
     m.theInvoiceCategs.clear();
 }
 
-void handleBankInfo(frmMain& m)
+void handleBankInfo(OpenLedger& m)
 {
     TraceScope t(m.trace, QStringLiteral("handleBankInfo"));
     m.iBank = -1;
@@ -64,7 +64,7 @@ void handleBankInfo(frmMain& m)
     }
 }
 
-void resetBankInfo(frmMain& m)
+void resetBankInfo(OpenLedger& m)
 {
     TraceScope t(m.trace, QStringLiteral("resetBankInfo"));
     try {
@@ -75,16 +75,17 @@ void resetBankInfo(frmMain& m)
     }
 }
 
-void checkBankNum(frmMain& m)
+std::optional<bool> checkBankNum(OpenLedger& m)
 {
     try {
         auto rs = m.cn.execute(QStringLiteral("SELECT iBank FROM Defaults"));
-        m.mnuMoveDatesVisible = !rs.eof() && RemoveSumNull(rs.field(0)) == 99;
+        return !rs.eof() && RemoveSumNull(rs.field(0)) == 99;
     } catch (const StoreError&) {
+        return std::nullopt;
     }
 }
 
-void setNDays(frmMain& m, int n)
+void setNDays(OpenLedger& m, int n)
 {
     TraceScope t(m.trace, QStringLiteral("setNDays"));
     auto rs = m.cn.execute(QStringLiteral("SELECT * FROM Defaults"));

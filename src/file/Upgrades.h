@@ -6,25 +6,28 @@
 // runs in one transaction, so a crash never leaves it half-done.
 #pragma once
 
+#include <optional>
+
 namespace pelkor {
 
-class frmMain;
+struct OpenLedger;
 
 // isAutomatic from Defaults.isAuto; a file without the column gets it, on.
-void handleAuto(frmMain& m);
+void handleAuto(OpenLedger& m);
 // theInvoiceCategs from the one row of invoiceCategs; a file without the
 // table gets it, with one row whose detail is one blank.
-void readInvoiceCategs(frmMain& m);
+void readInvoiceCategs(OpenLedger& m);
 // iBank (less one: -1 none), the account number and isSimulate from
 // Defaults; a file without the columns counts as unbound.
-void handleBankInfo(frmMain& m);
+void handleBankInfo(OpenLedger& m);
 // Unbinds the file; a failure is traced and ignored.
-void resetBankInfo(frmMain& m);
-// The moving-dates menu entry shows on a file bound to the demonstration
-// feed (iBank 99); a failure leaves the entry as it is.
-void checkBankNum(frmMain& m);
+void resetBankInfo(OpenLedger& m);
+// Whether the moving-dates menu entry shows: on a file bound to the
+// demonstration feed (iBank 99). nullopt when Defaults cannot be read (the
+// entry stays as it is).
+std::optional<bool> checkBankNum(OpenLedger& m);
 // Stores the number of days of statement lines, adding the column to an
 // old file first. n must already be checked (10 to 90).
-void setNDays(frmMain& m, int n);
+void setNDays(OpenLedger& m, int n);
 
 } // namespace pelkor

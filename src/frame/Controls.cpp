@@ -1,13 +1,17 @@
 #include "frame/Controls.h"
 
 #include "file/Upgrades.h"
-#include "frame/Modes.h"
-#include "frame/frmMain.h"
+#include "base/Modes.h"
+#include "base/Instance.h"
+#include "base/Shown.h"
+#include "base/Trace.h"
+#include "base/WindowCalls.h"
+#include "file/OpenLedger.h"
 #include "seams/ui/Ui.h"
 
 namespace pelkor {
 
-ShownControls shownControls(const frmMain& m)
+ShownControls shownControls(const Instance& m)
 {
     ShownControls s;
     const int mode = m.progMode;
@@ -20,7 +24,7 @@ ShownControls shownControls(const frmMain& m)
     }
     if (child) {
         s.childWindow = true;
-        s.cmdTzefi = mode == modeDetail && (m.detailKind == 3 || m.detailKind == 4);
+        s.cmdTzefi = mode == modeDetail && (m.detail.kind == detailOfKind || m.detail.kind == detailOfType);
         s.cmdSubtractFromTzefi = false;
         s.cmdOK = s.cmdCancel = mode == modeNewLines;
         s.cmdDelAll = mode == modeNewLines && m.newLineDialogType == lineDialogBadLines;
@@ -35,20 +39,20 @@ ShownControls shownControls(const frmMain& m)
     return s;
 }
 
-void mnuCreateLogFile_Click(frmMain& m)
+void mnuCreateLogFile_Click(Shown& shown, Trace& trace, WindowCalls& window)
 {
-    m.mnuCreateLogFileChecked = !m.mnuCreateLogFileChecked;
-    m.trace.setOn(m.mnuCreateLogFileChecked);
-    emit m.changed();
+    shown.mnuCreateLogFileChecked = !shown.mnuCreateLogFileChecked;
+    trace.setOn(shown.mnuCreateLogFileChecked);
+    window.shownChanged();
 }
 
-void mnuResetBankData_Click(frmMain& m)
+void mnuResetBankData_Click(OpenLedger& ledger, ui::Ui& ui, WindowCalls& window)
 {
-    m.iBank = -1;
-    m.accountNum = QStringLiteral("(none)");
-    resetBankInfo(m);
-    m.ui.msgBox(QStringLiteral("נתוני החשבון אופסו"), QStringLiteral("פלקור"));
-    emit m.changed();
+    ledger.iBank = -1;
+    ledger.accountNum = QStringLiteral("(none)");
+    resetBankInfo(ledger);
+    ui.msgBox(QStringLiteral("נתוני החשבון אופסו"), QStringLiteral("פלקור"));
+    window.shownChanged();
 }
 
 } // namespace pelkor

@@ -12,7 +12,12 @@
 
 namespace pelkor {
 
-class frmMain;
+namespace ui { class Ui; }
+class Trace;
+class WindowCalls;
+struct Instance;
+struct OpenLedger;
+struct Shown;
 
 struct ShownControls {
     // Menus.
@@ -41,14 +46,14 @@ struct ShownControls {
     bool childWindow = false;
 };
 
-ShownControls shownControls(const frmMain& m);
+ShownControls shownControls(const Instance& instance);
 
 // The window height of a child instance, in pixels.
 inline constexpr int childWindowHeight = 225;
 
 // mnuCreateLogFile: the trace on or off; the setting is written at exit.
-void mnuCreateLogFile_Click(frmMain& m);
+void mnuCreateLogFile_Click(Shown& shown, Trace& trace, WindowCalls& window);
 // mnuResetBankData: the file is bound to no bank account any more.
-void mnuResetBankData_Click(frmMain& m);
+void mnuResetBankData_Click(OpenLedger& ledger, ui::Ui& ui, WindowCalls& window);
 
 } // namespace pelkor

@@ -1,19 +1,20 @@
 #include "frame/frmMain.h"
 
 #include "file/Loader.h"
+#include "frame/Controls.h"
 #include "file/Schema.h"
-#include "frame/Format.h"
-#include "frame/Instances.h"
-#include "frame/Modes.h"
+#include "base/Format.h"
+#include "base/Instances.h"
+#include "base/Modes.h"
 #include "seams/platform/ProfileFile.h"
 #include "seams/ui/Ui.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 
 namespace pelkor {
 
@@ -29,20 +30,26 @@ const QString waitingWord = QStringLiteral("pelkor messages");
 } // namespace
 
 frmMain::frmMain(Environment e, QObject* parent)
-    : QObject(parent), env(std::move(e)), ui(*env.ui),
-      trace(env.paths.logDirectory(), env.arguments.join(QLatin1Char(' ')))
+    : QObject(parent), env_(std::move(e)), ui_(*env_.ui),
+      trace_(env_.paths.logDirectory(), env_.arguments.join(QLatin1Char(' ')))
 {
-    messages_ = env.messages;
+    messages_ = env_.messages;
     if (!messages_) {
         ownMessages_ = std::make_unique<LocalMessages>();
         messages_ = ownMessages_.get();
     }
+    // The repair run shows its (empty) window before it asks for a file:
+    // half a second lets the desktop paint it first.
     timer2_.setSingleShot(true);
     timer2_.setInterval(500);
     connect(&timer2_, &QTimer::timeout, this, [this] { guarded(QStringLiteral("Timer2"), [this] { showOpenFileDialog(); }); });
+    // A finished repair says so once the window has painted its lines.
     timer3_.setSingleShot(true);
     timer3_.setInterval(200);
     connect(&timer3_, &QTimer::timeout, this, [this] { guarded(QStringLiteral("Timer3"), [this] { Timer3_Timer(); }); });
+    // A new-line child answers by setting frmMessages' caption, which is
+    // read by polling: often enough that the parent seems to wake at once,
+    // seldom enough to cost nothing while the child works.
     checker_.setInterval(400);
     connect(&checker_, &QTimer::timeout, this, [this] {
         guarded(QStringLiteral("timerCoordinationMessageChecker"), [this] { timerCoordinationMessageChecker_Timer(); });
@@ -51,177 +58,183 @@ frmMain::frmMain(Environment e, QObject* parent)
 
 frmMain::~frmMain() = default;
 
+LoadParts frmMain::loadParts()
+{
+    return LoadParts{ledger_, instance_, grid_, shown_, ui_, *this};
+}
+
 void frmMain::setStatus(const QString& s)
 {
-    lblStatus = s;
+    shown_.lblStatus = s;
     emit changed();
 }
 
 void frmMain::readIni()
 {
-    platform::ProfileFile ini(env.paths.iniFile());
-    mnuCreateLogFileChecked = Trace::wantedBy(ini);
-    nDigitsForConfirmComparison = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison"), 4);
-    maxDayDiffForMatch = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), 30);
+    platform::ProfileFile ini(env_.paths.iniFile());
+    shown_.mnuCreateLogFileChecked = Trace::wantedBy(ini);
+    ledger_.nDigitsForConfirmComparison = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison"), 4);
+    ledger_.maxDayDiffForMatch = ini.readInt(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), 30);
 }
 
 void frmMain::writeIni()
 {
-    platform::ProfileFile ini(env.paths.iniFile());
-    ini.writeString(QStringLiteral("misc"), QStringLiteral("debug"), trace.noTrace() ? QStringLiteral("0") : QStringLiteral("1"));
+    platform::ProfileFile ini(env_.paths.iniFile());
+    ini.writeString(QStringLiteral("misc"), QStringLiteral("debug"), trace_.noTrace() ? QStringLiteral("0") : QStringLiteral("1"));
     ini.writeString(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison"),
-                    QString::number(nDigitsForConfirmComparison));
-    ini.writeString(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), QString::number(maxDayDiffForMatch));
+                    QString::number(ledger_.nDigitsForConfirmComparison));
+    ini.writeString(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), QString::number(ledger_.maxDayDiffForMatch));
 }
 
 void frmMain::Form_Load()
 {
-    tempPath = env.paths.tempDir + QLatin1Char('/');
-    simulateVisible = QFileInfo::exists(env.paths.programDir + QStringLiteral("/core67890"));
-    logDirectory = env.paths.logDirectory();
+    instance_.tempPath = env_.paths.tempDir + QLatin1Char('/');
+    instance_.simulateVisible = QFileInfo::exists(env_.paths.programDir + QStringLiteral("/core67890"));
+    instance_.logDirectory = env_.paths.logDirectory();
     readIni();
-    linesTable = QStringLiteral("pelkor");
-    targetDate = env.today.addDays(-1);
-    trace.setOn(mnuCreateLogFileChecked);
-    TraceScope t(trace, QStringLiteral("Form_Load"));
-    t.line(QStringLiteral("command: ") + env.arguments.join(QLatin1Char(' ')));
+    ledger_.linesTable = QStringLiteral("pelkor");
+    ledger_.targetDate = env_.today.addDays(-1);
+    trace_.setOn(shown_.mnuCreateLogFileChecked);
+    TraceScope t(trace_, QStringLiteral("Form_Load"));
+    t.line(QStringLiteral("command: ") + env_.arguments.join(QLatin1Char(' ')));
     initializeForm();
 }
 
 void frmMain::initializeForm()
 {
-    conv = 0;
-    theCommand = env.arguments.join(QLatin1Char(' '));
-    command = parseCommandLine(theCommand);
+    instance_.detail.conv = 0;
+    instance_.theCommand = env_.arguments.join(QLatin1Char(' '));
+    instance_.command = parseCommandLine(instance_.theCommand);
     // The outer host's boxes: a new-line child's fixed positions, or the
     // host's prefix in front of a main instance's verb.
-    hostTextBox1 = command.hostTextBox1;
-    hostTextBox2 = command.hostTextBox2;
-    isFromKelvanto = hostTextBox1 != 0;
+    instance_.hostTextBox1 = instance_.command.hostTextBox1;
+    instance_.hostTextBox2 = instance_.command.hostTextBox2;
+    instance_.isFromKelvanto = instance_.hostTextBox1 != 0;
     using V = StartCommand::Verb;
-    switch (command.verb) {
+    switch (instance_.command.verb) {
     case V::Empty:
-        progMode = modeOpenedFile;
+        instance_.progMode = modeOpenedFile;
         timer2_.start();
         break;
     case V::WrongNewLineType:
-        ui.msgBox(QStringLiteral("wrong newLineDialogType"), title);
+        ui_.msgBox(QStringLiteral("wrong newLineDialogType"), title);
         endProcess(1);
         return;
     case V::Wrong:
-        trace.traceLine(QStringLiteral("initializeForm"), command.reason);
+        trace_.traceLine(QStringLiteral("initializeForm"), instance_.command.reason);
         // The box says only "wrong option"; whoever started us from a shell
         // reads why on the standard error.
-        qWarning("pelkor: wrong option: %s", qUtf8Printable(command.reason));
-        ui.msgBox(QStringLiteral("wrong option"), title);
+        qWarning("pelkor: wrong option: %s", qUtf8Printable(instance_.command.reason));
+        ui_.msgBox(QStringLiteral("wrong option"), title);
         exitProg();
         return;
     default: {
-        progMode = command.progMode;
-        newLineDialogType = command.newLineDialogType;
-        isMerged = command.isMerged;
-        detailKind = command.detailKind;
-        fromDate = command.fromDate;
-        toDate = command.toDate;
-        conv = command.conv;
-        detailKindText = command.detailKindText;
-        detailTypeIndex = command.detailTypeIndex;
-        parentTxtMessage = command.parentTxtMessage;
-        parentMessagesWindow = command.parentMessagesWindow;
-        if (progMode == modeNewLines && newLineDialogType == lineDialogBadLines) {
-            lblNewLines = QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה.");
-            linesTable = QStringLiteral("pelkor");
+        instance_.progMode = instance_.command.progMode;
+        instance_.newLineDialogType = instance_.command.newLineDialogType;
+        instance_.isMerged = instance_.command.isMerged;
+        instance_.detail.kind = instance_.command.detailKind;
+        instance_.detail.fromDate = instance_.command.fromDate;
+        instance_.detail.toDate = instance_.command.toDate;
+        instance_.detail.conv = instance_.command.conv;
+        instance_.detail.kindText = instance_.command.detailKindText;
+        instance_.detail.typeIndex = instance_.command.detailTypeIndex;
+        instance_.parentTxtMessage = instance_.command.parentTxtMessage;
+        instance_.parentMessagesWindow = instance_.command.parentMessagesWindow;
+        if (instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogBadLines) {
+            shown_.lblNewLines = QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה.");
+            ledger_.linesTable = QStringLiteral("pelkor");
         }
         if (!OpenCon())
             return;
-        const LoadResult r = openDB(*this, false);
+        LoadParts parts = loadParts();
+        const LoadResult r = openDB(parts, false);
         if (ended_ || r == LoadResult::Ended || r == LoadResult::NoLines)
             return;
-        if (!(progMode == modeNewLines && newLineDialogType == lineDialogBadLines))
+        if (!(instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogBadLines))
             waitWhile([this] { return checker_.isActive(); });
         if (ended_)
             return;
-        visible = true;
+        shown_.visible = true;
         announceReady();
         // A working run stays open on its lines: no report, no end.
-        if (command.verb != V::Open && command.verb != V::Bank)
+        if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank)
             timer3_.start();
         break;
     }
     }
-    gridVisible = gridVisible || progMode == modeOpenedFile;
+    shown_.gridVisible = shown_.gridVisible || instance_.progMode == modeOpenedFile;
     setStatus(QStringLiteral("מוכן"));
 }
 
 QString frmMain::readParameter(const QString& key)
 {
-    const QString path = env.paths.paramsFile();
+    const QString path = env_.paths.paramsFile();
     try {
         store::Connection cn1;
         if (!QFileInfo::exists(path)) {
             // First start on this machine: the open dialogs start in the
             // data directory, where the demo ledger lies too.
             QDir().mkpath(QFileInfo(path).absolutePath());
-            schema::createParams(path, env.paths.dataDir, QString());
+            schema::createParams(path, env_.paths.dataDir, QString());
         }
         cn1.open(path, store::Connection::OpenMode::ReadOnly);
         auto rs = cn1.execute(QStringLiteral("SELECT T FROM PARAMETER WHERE PARAMETER='%1'").arg(fixString(key)));
         return rs.eof() ? QString() : RemoveNull(rs.field(0));
     } catch (const StoreError& e) {
-        trace.traceLine(QStringLiteral("readParameter"), e.message());
+        trace_.traceLine(QStringLiteral("readParameter"), e.message());
         return {};
     }
 }
 
 bool frmMain::OpenCon()
 {
-    TraceScope t(trace, QStringLiteral("OpenCon"));
-    if (progMode == modeDetail || isMerged || progMode == modeNewLines)
-        filePath = command.file;
-    else if (progMode != modeOpenedFile)
-        filePath = command.file.isEmpty() ? readParameter(QStringLiteral("CURRENTFILE")) : command.file;
-    lblFileName = getShortFileName(QDir::toNativeSeparators(QFileInfo(filePath).absoluteFilePath()).replace(QLatin1Char('\\'), QLatin1Char('/')))
+    TraceScope t(trace_, QStringLiteral("OpenCon"));
+    if (instance_.progMode == modeDetail || instance_.isMerged || instance_.progMode == modeNewLines)
+        ledger_.filePath = instance_.command.file;
+    else if (instance_.progMode != modeOpenedFile)
+        ledger_.filePath = instance_.command.file.isEmpty() ? readParameter(QStringLiteral("CURRENTFILE")) : instance_.command.file;
+    shown_.lblFileName = getShortFileName(QDir::toNativeSeparators(QFileInfo(ledger_.filePath).absoluteFilePath()).replace(QLatin1Char('\\'), QLatin1Char('/')))
         + QStringLiteral("   ");
-    const QString shortName = lblFileName.trimmed();
-    if (progMode != modeDetail) {
-        caption = QStringLiteral("פלקור - ") + shortName;
+    const QString shortName = shown_.lblFileName.trimmed();
+    if (instance_.progMode != modeDetail) {
+        shown_.caption = QStringLiteral("פלקור - ") + shortName;
     } else {
         QString s = shortName + QStringLiteral(" - ");
-        s += detailKind == 0 ? QStringLiteral("הכנסות") : detailKind == 1 ? QStringLiteral("הוצאות") : QStringLiteral("תנועות");
-        if (detailKind >= 0 && detailKind <= 2) {
-            s += QStringLiteral(" לתאריך ") + formatDate224(fromDate);
-            if (conv == 0)
+        s += instance_.detail.kind == 0 ? QStringLiteral("הכנסות") : instance_.detail.kind == 1 ? QStringLiteral("הוצאות") : QStringLiteral("תנועות");
+        if (instance_.detail.kind >= 0 && instance_.detail.kind <= 2) {
+            s += QStringLiteral(" לתאריך ") + formatDate224(instance_.detail.fromDate);
+            if (instance_.detail.conv == 0)
                 s += QStringLiteral(" (ללא המרה)");
-            else if (conv > 0)
-                s += QStringLiteral(" (מוכפל ב: %1)").arg(conv, 0, 'f', 4);
+            else if (instance_.detail.conv > 0)
+                s += QStringLiteral(" (מוכפל ב: %1)").arg(instance_.detail.conv, 0, 'f', 4);
             else
-                s += QStringLiteral(" (מחולק ב: %1)").arg(-conv, 0, 'f', 4);
+                s += QStringLiteral(" (מחולק ב: %1)").arg(-instance_.detail.conv, 0, 'f', 4);
         }
-        lblFileName = s;
-        caption = QStringLiteral("פירוט תנועות - ") + shortName;
+        shown_.lblFileName = s;
+        shown_.caption = QStringLiteral("פירוט תנועות - ") + shortName;
     }
     emit changed();
     // Look before writing anything: a file that is no ledger is told and
     // left exactly as it was.
     QString problem;
-    if (filePath.isEmpty() || !QFileInfo(filePath).isFile()) {
-        problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(filePath);
+    if (ledger_.filePath.isEmpty() || !QFileInfo(ledger_.filePath).isFile()) {
+        problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(ledger_.filePath);
     } else {
         try {
             store::Connection look;
-            look.open(filePath, store::Connection::OpenMode::ReadOnly);
+            look.open(ledger_.filePath, store::Connection::OpenMode::ReadOnly);
             if (!look.tableExists(QStringLiteral("pelkor")))
-                problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
+                problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(ledger_.filePath);
         } catch (const StoreError& e) {
             t.line(e.message());
-            problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור ולא ניתן לפתוח אותו.").arg(filePath);
+            problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור ולא ניתן לפתוח אותו.").arg(ledger_.filePath);
         }
     }
     if (problem.isEmpty() && !reopenCon())
-        problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(filePath);
+        problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(ledger_.filePath);
     if (!problem.isEmpty()) {
         t.line(problem);
-        ui.msgBox(problem, title, Buttons::OK, Icon::Critical);
+        ui_.msgBox(problem, title, Buttons::OK, Icon::Critical);
         endProcess(1);
         return false;
     }
@@ -231,52 +244,53 @@ bool frmMain::OpenCon()
 bool frmMain::reopenCon()
 {
     try {
-        cn.open(filePath);
+        ledger_.cn.open(ledger_.filePath);
         // A file the user may only read opens without complaint; find out now.
-        if (!QFileInfo(filePath).isWritable())
-            throw StoreError(StoreError::Kind::Open, QStringLiteral("read-only file"), filePath);
-        isCnOpen = true;
+        if (!QFileInfo(ledger_.filePath).isWritable())
+            throw StoreError(StoreError::Kind::Open, QStringLiteral("read-only file"), ledger_.filePath);
+        ledger_.isCnOpen = true;
     } catch (const StoreError& e) {
-        trace.traceLine(QStringLiteral("reopenCon"), e.message());
-        cn.close();
-        isCnOpen = false;
+        trace_.traceLine(QStringLiteral("reopenCon"), e.message());
+        ledger_.cn.close();
+        ledger_.isCnOpen = false;
     }
-    return isCnOpen;
+    return ledger_.isCnOpen;
 }
 
 void frmMain::closeCn()
 {
-    cn.close();
-    isCnOpen = false;
+    ledger_.cn.close();
+    ledger_.isCnOpen = false;
 }
 
 void frmMain::showOpenFileDialog()
 {
-    TraceScope t(trace, QStringLiteral("showOpenFileDialog"));
-    ui::FileDialogSpec spec;
+    TraceScope t(trace_, QStringLiteral("showOpenFileDialog"));
+    ui::FileDialogOptions spec;
     spec.title = QStringLiteral("בחר קובץ");
     spec.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
     spec.defaultExt = QStringLiteral("pkr");
     spec.startDir = readParameter(QStringLiteral("directory"));
     spec.fileMustExist = true;
     spec.pathMustExist = true;
-    const QStringList chosen = ui.openFileDialog(spec);
+    const QStringList chosen = ui_.openFileDialog(spec);
     if (chosen.isEmpty() || chosen.first().isEmpty()) {
         t.line(QStringLiteral("cancelled"));
         endProcess(0);
         return;
     }
     setStatus(QStringLiteral("פותח קשר..."));
-    filePath = chosen.first();
+    ledger_.filePath = chosen.first();
     if (!OpenCon())
         return;
-    const LoadResult r = openDB(*this, false);
+    LoadParts parts = loadParts();
+    const LoadResult r = openDB(parts, false);
     if (ended_ || r == LoadResult::Ended || r == LoadResult::NoLines)
         return;
     waitWhile([this] { return checker_.isActive(); });
     if (ended_)
         return;
-    visible = true;
+    shown_.visible = true;
     emit changed();
     announceReady();
     timer3_.start();
@@ -287,24 +301,24 @@ void frmMain::Timer3_Timer()
     timer3_.stop();
     if (ended_)
         return;
-    if (lines.empty() && progMode == modeDetail)
+    if (ledger_.lines.empty() && instance_.progMode == modeDetail)
         return;   // the detail of an empty selection opens on a new line (new lines)
-    if (progMode == modeNewLines && newLineDialogType == lineDialogBadLines)
+    if (instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogBadLines)
         return;
-    ui.msgBox(QStringLiteral("תיקון הקובץ הסתיים בהצלחה"), title);
+    ui_.msgBox(QStringLiteral("תיקון הקובץ הסתיים בהצלחה"), title);
     exitProg();
 }
 
-void frmMain::openNewDialog(int type)
+void frmMain::openNewDialog(NewLineDialogType type)
 {
-    TraceScope t(trace, QStringLiteral("openNewDialog"));
+    TraceScope t(trace_, QStringLiteral("openNewDialog"));
     messages_->setCaption(waitingWord);
     checker_.start();
-    const QString line = newLineCommand(type, messages_->id(), hostTextBox1, hostTextBox2, filePath);
+    const QString line = newLineCommand(type, messages_->id(), instance_.hostTextBox1, instance_.hostTextBox2, ledger_.filePath);
     t.line(line);
-    if (!env.children || !env.children->start(line)) {
+    if (!env_.children || !env_.children->start(line)) {
         t.line(QStringLiteral("the child did not start"));
-        ui.msgBox(QStringLiteral("לא ניתן היה לפתוח את חלון השורות החדשות."), title, Buttons::OK, Icon::Critical);
+        ui_.msgBox(QStringLiteral("לא ניתן היה לפתוח את חלון השורות החדשות."), title, Buttons::OK, Icon::Critical);
         messages_->setCaption(closedWord);
     }
 }
@@ -313,20 +327,20 @@ void frmMain::timerCoordinationMessageChecker_Timer()
 {
     QString word = messages_->caption();
     if (word != okWord && word != closedWord) {
-        if (!env.children || env.children->running())
+        if (!env_.children || env_.children->running())
             return;
         // The child ended without a word (a crash, a kill): as if it closed.
-        trace.traceLine(QStringLiteral("timerCoordinationMessageChecker"),
+        trace_.traceLine(QStringLiteral("timerCoordinationMessageChecker"),
                         QStringLiteral("the child ended without an answer"));
         word = closedWord;
     }
     checker_.stop();
-    TraceScope t(trace, QStringLiteral("timerCoordinationMessageChecker"));
+    TraceScope t(trace_, QStringLiteral("timerCoordinationMessageChecker"));
     t.line(word);
-    enabled = true;
+    shown_.enabled = true;
     if (word == okWord) {
         reopenCon();
-        if (newLineDialogType == lineDialogBadLines) {
+        if (instance_.newLineDialogType == lineDialogBadLines) {
             // The child committed before it answered; look until its
             // writes show, for a few seconds at most, then load anyway (a
             // line still bad is handed over again).
@@ -334,61 +348,62 @@ void frmMain::timerCoordinationMessageChecker_Timer()
                 closeCn();
                 reopenCon();
                 try {
-                    if (cn.execute(badLinesStatement(linesTable)).recordCount() == 0)
+                    if (ledger_.cn.execute(badLinesStatement(ledger_.linesTable)).recordCount() == 0)
                         break;
                 } catch (const StoreError& e) {
                     t.line(e.message());
                     break;
                 }
-                QThread::msleep(100);
+                pause(100);
             }
-            gridVisible = true;
+            shown_.gridVisible = true;
             emit changed();
-            openDB(*this, false);
+            LoadParts parts = loadParts();
+            openDB(parts, false);
         }
     } else {
         reopenCon();
-        if (newLineDialogType == lineDialogBadLines)
+        if (instance_.newLineDialogType == lineDialogBadLines)
             exitProg();
     }
 }
 
 void frmMain::sendToParent(const QString& text)
 {
-    const std::uint32_t to = progMode == modeNewLines ? parentMessagesWindow : parentTxtMessage;
+    const std::uint32_t to = instance_.progMode == modeNewLines ? instance_.parentMessagesWindow : instance_.parentTxtMessage;
     if (to == 0)
         return;
-    trace.traceLine(QStringLiteral("sendToParent"), text);
-    if (!env.bus || !env.bus->send(to, text))
-        trace.traceLine(QStringLiteral("sendToParent"), QStringLiteral("not delivered to %1").arg(idText(to)));
+    trace_.traceLine(QStringLiteral("sendToParent"), text);
+    if (!env_.bus || !env_.bus->send(to, text))
+        trace_.traceLine(QStringLiteral("sendToParent"), QStringLiteral("not delivered to %1").arg(idText(to)));
 }
 
 void frmMain::sendToExcel(const QString& text)
 {
-    if (hostTextBox1 == 0 || !env.bus)
+    if (instance_.hostTextBox1 == 0 || !env_.bus)
         return;
-    if (!env.bus->sendToHost(hostTextBox1, hostTextBox2, text))
-        trace.traceLine(QStringLiteral("sendToExcel"), QStringLiteral("not delivered: ") + text);
+    if (!env_.bus->sendToHost(instance_.hostTextBox1, instance_.hostTextBox2, text))
+        trace_.traceLine(QStringLiteral("sendToExcel"), QStringLiteral("not delivered: ") + text);
 }
 
 void frmMain::cmdOK_Click()
 {
-    TraceScope t(trace, QStringLiteral("cmdOK_Click"));
-    if (progMode != modeNewLines || openDBisBusy)
+    TraceScope t(trace_, QStringLiteral("cmdOK_Click"));
+    if (instance_.progMode != modeNewLines || ledger_.openDBisBusy)
         return;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        if (lines[i].Date == nullDate() || !lines[i].Date.isValid()) {
-            row = int(i) + 1;
+    for (size_t i = 0; i < ledger_.lines.size(); ++i) {
+        if (ledger_.lines[i].Date == nullDate() || !ledger_.lines[i].Date.isValid()) {
+            grid_.row = int(i) + 1;
             emit changed();
-            ui.msgBox(QStringLiteral("בשורה זו עדיין חסר תאריך ולכן יש למלא בה תאריך או למחוק אותה"),
+            ui_.msgBox(QStringLiteral("בשורה זו עדיין חסר תאריך ולכן יש למלא בה תאריך או למחוק אותה"),
                       QStringLiteral("שגיאה"));
             return;
         }
     }
-    if (newLineDialogType == lineDialogBadLines) {
-        store::Transaction tx(cn);
-        sql.executeSQL(t.proc(), QStringLiteral("update %1 set [in]=0 where not isnumeric([in])").arg(linesTable));
-        sql.executeSQL(t.proc(), QStringLiteral("update %1 set [out]=0 where not isnumeric([out])").arg(linesTable));
+    if (instance_.newLineDialogType == lineDialogBadLines) {
+        store::Transaction tx(ledger_.cn);
+        ledger_.sql.executeSQL(t.proc(), QStringLiteral("update %1 set [in]=0 where not isnumeric([in])").arg(ledger_.linesTable));
+        ledger_.sql.executeSQL(t.proc(), QStringLiteral("update %1 set [out]=0 where not isnumeric([out])").arg(ledger_.linesTable));
         tx.commit();
         closeCn();
         reopenCon();
@@ -399,7 +414,7 @@ void frmMain::cmdOK_Click()
 
 void frmMain::cmdCancel_Click()
 {
-    if (progMode != modeNewLines)
+    if (instance_.progMode != modeNewLines)
         return;
     sendToParent(closedWord);
     exitProg();
@@ -448,7 +463,7 @@ QString frmMain::txtMessageHandler(const QString& text)
 
 bool frmMain::txtMessage_Change(const QString& text)
 {
-    TraceScope t(trace, QStringLiteral("txtMessage_Change"));
+    TraceScope t(trace_, QStringLiteral("txtMessage_Change"));
     t.line(text);
     if (const TextAction* a = actionFor(text)) {
         if (!a->run) {
@@ -472,11 +487,11 @@ void frmMain::setLTRB(const QString& text)
     bool ok = p.size() == 4;
     for (int i = 0; ok && i < 4; ++i)
         v[i] = p[i].toInt(&ok);
-    trace.traceLine(QStringLiteral("setLTRB"), text);
+    trace_.traceLine(QStringLiteral("setLTRB"), text);
     if (!ok || v[2] <= 0 || v[3] <= 0)
         return;
     // Left, top, width and height, as the host writes them.
-    ltrb = QRect(v[0], v[1], v[2], v[3]);
+    shown_.ltrb = QRect(v[0], v[1], v[2], v[3]);
     emit changed();
 }
 
@@ -484,7 +499,7 @@ bool frmMain::clickControl(const QString& name)
 {
     if (ended_)
         return false;
-    if (progMode == modeNewLines) {
+    if (instance_.progMode == modeNewLines) {
         if (name == QLatin1String("cmdOK")) {
             guarded(name, [this] { cmdOK_Click(); });
             return true;
@@ -507,26 +522,26 @@ bool frmMain::clickControl(const QString& name)
 
 void frmMain::announceReady()
 {
-    QString text = caption + QStringLiteral(" | mode %1").arg(progMode);
-    if (progMode == modeNewLines)
-        text += QStringLiteral(" type %1").arg(newLineDialogType);
+    QString text = shown_.caption + QStringLiteral(" | mode %1").arg(instance_.progMode);
+    if (instance_.progMode == modeNewLines)
+        text += QStringLiteral(" type %1").arg(instance_.newLineDialogType);
     // A detail child's label holds its selection, which its title does not.
-    if (progMode == modeDetail)
-        text += QStringLiteral(" | ") + lblFileName.trimmed();
+    if (instance_.progMode == modeDetail)
+        text += QStringLiteral(" | ") + shown_.lblFileName.trimmed();
     // From the event loop, so a scripted click never runs inside the start.
     QTimer::singleShot(0, this, [this, text] {
         if (!ended_)
-            ui.windowReady(QStringLiteral("frmMain"), text, [this](const QString& c) { clickControl(c); });
+            ui_.windowReady(QStringLiteral("frmMain"), text, [this](const QString& c) { clickControl(c); });
     });
 }
 
 void frmMain::handleZeroLines()
 {
-    if ((progMode == modeNewLines && newLineDialogType == lineDialogUnconfirmedPelkor) || progMode == modeDetail) {
+    if ((instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogUnconfirmedPelkor) || instance_.progMode == modeDetail) {
         exitProg();
         return;
     }
-    ui.msgBox(QStringLiteral("אין תנועות"), QStringLiteral("פלקור מזומנים"));
+    ui_.msgBox(QStringLiteral("אין תנועות"), QStringLiteral("פלקור מזומנים"));
     exitProg();
 }
 
@@ -541,14 +556,38 @@ void frmMain::guarded(const QString& proc, const std::function<void()>& fn)
     } catch (const std::exception& e) {
         text = QString::fromLocal8Bit(e.what());
     }
-    trace.traceLine(proc, QStringLiteral("unexpected failure: ") + text);
+    trace_.traceLine(proc, QStringLiteral("unexpected failure: ") + text);
     // Whatever the failure interrupted, the window must not stay locked.
-    openDBisBusy = false;
-    frameButtonsEnabled = true;
-    enabled = true;
+    ledger_.openDBisBusy = false;
+    shown_.frameButtonsEnabled = true;
+    shown_.enabled = true;
     emit changed();
-    ui.msgBox(QStringLiteral("אירעה שגיאה בלתי צפויה ב-%1:\n%2\nהפעולה לא הושלמה; הנתונים שבקובץ לא נפגעו.").arg(proc, text),
+    ui_.msgBox(QStringLiteral("אירעה שגיאה בלתי צפויה ב-%1:\n%2\nהפעולה לא הושלמה; הנתונים שבקובץ לא נפגעו.").arg(proc, text),
               title, Buttons::OK, Icon::Critical);
+}
+
+void frmMain::pause(int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    waitWhile([&] { return t.elapsed() < ms; });
+}
+
+void frmMain::msfgMain_EnterCell()
+{
+    grid_.row = grid_.msfgMain.Row();
+    grid_.topRow = grid_.msfgMain.TopRow();
+    updateCursorCells(ledger_, instance_, grid_.msfgMain, grid_.msfgMainMarks, grid_.balancingLineID);
+}
+
+void frmMain::mnuCreateLogFile_Click()
+{
+    pelkor::mnuCreateLogFile_Click(shown_, trace_, *this);
+}
+
+void frmMain::mnuResetBankData_Click()
+{
+    pelkor::mnuResetBankData_Click(ledger_, ui_, *this);
 }
 
 void frmMain::waitWhile(const std::function<bool()>& pred)
@@ -560,7 +599,7 @@ void frmMain::waitWhile(const std::function<bool()>& pred)
 
 bool frmMain::Form_QueryUnload()
 {
-    if (openDBisBusy)
+    if (ledger_.openDBisBusy)
         return false;
     exitProg();
     return true;
@@ -573,21 +612,22 @@ void frmMain::cmdClose_Click()
 
 void frmMain::cmdRefresh_Click()
 {
-    TraceScope t(trace, QStringLiteral("cmdRefresh_Click"));
-    if (openDBisBusy)
+    TraceScope t(trace_, QStringLiteral("cmdRefresh_Click"));
+    if (ledger_.openDBisBusy)
         return;
-    if (!lines.empty()) {
-        const int r = std::max(row, 1);
-        theID = lines[size_t(std::min<int>(r, int(lines.size())) - 1)].Id;
-        theOffset = r - topRow;
+    if (!ledger_.lines.empty()) {
+        const int r = std::max(grid_.row, 1);
+        grid_.theID = ledger_.lines[size_t(std::min<int>(r, int(ledger_.lines.size())) - 1)].Id;
+        grid_.theOffset = r - grid_.topRow;
     }
-    frameButtonsEnabled = false;
+    shown_.frameButtonsEnabled = false;
     closeCn();
     reopenCon();
-    openDB(*this, true);
-    frameButtonsEnabled = true;
+    LoadParts parts = loadParts();
+    openDB(parts, true);
+    shown_.frameButtonsEnabled = true;
     emit changed();
-    if (progMode == modeDetail)
+    if (instance_.progMode == modeDetail)
         sendToParent(QStringLiteral("refresh"));
 }
 
@@ -596,34 +636,34 @@ void frmMain::exitProg()
     if (exiting_)
         return;
     exiting_ = true;
-    TraceScope t(trace, QStringLiteral("exitProg"));
+    TraceScope t(trace_, QStringLiteral("exitProg"));
     for (const char* name : {"new_versions.txt", "new_c", "matchPage.htm"})
-        QFile::remove(tempPath + QLatin1String(name));
+        QFile::remove(instance_.tempPath + QLatin1String(name));
     checker_.stop();
-    if (progMode != modeNewLines && isCnOpen) {
+    if (instance_.progMode != modeNewLines && ledger_.isCnOpen) {
         for (const char* table : {"tempPelkor", "bckpPelkor", "savedPelkor"}) {
             try {
-                cn.execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));
+                ledger_.cn.execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));
             } catch (const StoreError&) {
                 // Not there: nothing to drop.
             }
         }
     }
     closeCn();
-    if ((progMode == modeDetail || (progMode == modeMergedReport && isMerged)) && parentTxtMessage != 0)
-        sendToParent(sql.fileChanged ? QStringLiteral("closed") : QStringLiteral("nochange"));
+    if ((instance_.progMode == modeDetail || (instance_.progMode == modeMergedReport && instance_.isMerged)) && instance_.parentTxtMessage != 0)
+        sendToParent(ledger_.sql.fileChanged ? QStringLiteral("closed") : QStringLiteral("nochange"));
     writeIni();
-    if (visible && !filePath.isEmpty() && reopenCon()) {
+    if (shown_.visible && !ledger_.filePath.isEmpty() && reopenCon()) {
         try {
-            cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(mnuAutomaticBankCoordinationChecked ? 1 : 0));
+            ledger_.cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(shown_.mnuAutomaticBankCoordinationChecked ? 1 : 0));
         } catch (const StoreError& e) {
             t.line(e.message());
         }
     }
     closeCn();
-    if (!feedPath.isEmpty() && !simulateVisible && !isSimulate)
-        QFile::remove(feedPath);
-    if (progMode != modeNewLines)
+    if (!ledger_.feedPath.isEmpty() && !instance_.simulateVisible && !ledger_.isSimulate)
+        QFile::remove(ledger_.feedPath);
+    if (instance_.progMode != modeNewLines)
         sendToExcel(QStringLiteral("unload"));
     endProcess(0);
 }
@@ -637,9 +677,9 @@ void frmMain::endProcess(int code)
     timer2_.stop();
     timer3_.stop();
     checker_.stop();
-    trace.setOn(false);
-    if (env.endProcess)
-        env.endProcess(code);
+    trace_.setOn(false);
+    if (env_.endProcess)
+        env_.endProcess(code);
 }
 
 } // namespace pelkor

@@ -1,36 +1,36 @@
-// frmMain: the main window's logic and the owner of the state the system
-// shares.
+// frmMain: the main window's logic; it owns the parts the rooms share and
+// wires them together.
 //
 // It starts the instance (Form_Load, initializeForm, the branch on the
-// command line), opens and closes the connections (OpenCon, reopenCon,
-// closeCn), runs the repair run (Timer2, showOpenFileDialog, Timer3) and
-// ends the instance in order (Form_QueryUnload, exitProg). The load itself
-// is file/Loader's (openDB); the settings files, the trace and the
-// formatters are frame's. frmMain never touches a widget: its view
-// (frmMainView) reads the state below and listens to changed().
+// command line), opens and closes the connection (OpenCon, reopenCon,
+// closeCn), runs the repair run (Timer2, showOpenFileDialog, Timer3), hears
+// other processes (txtMessage, the new-line child's answer) and ends the
+// instance in order (Form_QueryUnload, exitProg). The load is file/'s
+// (openDB); the rooms get the parts they need (the open ledger, the
+// instance, the main grid, the shown state) and ask the window for the
+// rest through WindowCalls, which frmMain implements. frmMain never
+// touches a widget: its view (frmMainView) reads the parts and listens to
+// changed().
 //
 // Everything the platform gives is passed in (Environment), so a test can
 // run a whole start on a temporary folder with scripted dialogs.
 #pragma once
 
-#include "file/Display.h"
-#include "file/Lines.h"
-#include "seams/grid/GridModel.h"
-#include "frame/CommandLine.h"
-#include "frame/ExecuteSql.h"
-#include "frame/Trace.h"
+#include "base/Instance.h"
+#include "base/Shown.h"
+#include "base/Trace.h"
+#include "base/WindowCalls.h"
+#include "file/MainGrid.h"
+#include "file/OpenLedger.h"
 #include "seams/platform/Paths.h"
-#include "seams/store/Connection.h"
 
 #include <QDate>
 #include <QObject>
-#include <QRect>
 #include <QString>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace pelkor::ui { class Ui; }
 
@@ -39,8 +39,9 @@ namespace pelkor {
 class Messages;
 class Children;
 class Bus;
+struct LoadParts;
 
-class frmMain : public QObject {
+class frmMain : public QObject, public WindowCalls {
     Q_OBJECT
 public:
     struct Environment {
@@ -59,6 +60,18 @@ public:
     explicit frmMain(Environment env, QObject* parent = nullptr);
     ~frmMain() override;
 
+    // ---- the parts ----------------------------------------------------
+    Instance& instance() { return instance_; }
+    const Instance& instance() const { return instance_; }
+    OpenLedger& ledger() { return ledger_; }
+    const OpenLedger& ledger() const { return ledger_; }
+    MainGrid& mainGrid() { return grid_; }
+    const MainGrid& mainGrid() const { return grid_; }
+    Shown& shown() { return shown_; }
+    const Shown& shown() const { return shown_; }
+    ui::Ui& ui() { return ui_; }
+    Trace& trace() { return trace_; }
+
     // ---- start and end ------------------------------------------------
     // Form_Load and initializeForm: reads the settings, branches on the
     // command line. The empty line starts Timer2; a working run opens its
@@ -66,7 +79,7 @@ public:
     void Form_Load();
     // Asks to close: false when the window refuses (a load is running).
     bool Form_QueryUnload();
-    void exitProg();
+    void exitProg() override;
     void cmdClose_Click();
     // F5 and the refresh button: reload through openDB, landing on the same line.
     void cmdRefresh_Click();
@@ -81,11 +94,18 @@ public:
     // The repair run's steps, public so a view or a test can drive them.
     void showOpenFileDialog();
     void Timer3_Timer();
-    // The message checker's tick (400 ms while a new-line child works).
+    // The message checker's tick while a new-line child works.
     void timerCoordinationMessageChecker_Timer();
     // Starts a new-line child of type t on this file (verb line "new<t> ...").
-    void openNewDialog(int type);
-    void handleZeroLines();
+    void openNewDialog(NewLineDialogType type) override;
+    void handleZeroLines() override;
+
+    // ---- the grid and the frame's menu entries -------------------------
+    // The cursor entered a cell of the main grid (the grid model's Row and
+    // Col are already there).
+    void msfgMain_EnterCell();
+    void mnuCreateLogFile_Click();
+    void mnuResetBankData_Click();
 
     // ---- a new-line child's buttons ----------------------------------
     // OK: every line needs a date; bad sums of a bad-lines child become 0;
@@ -126,87 +146,9 @@ public:
     // the file or key is missing).
     QString readParameter(const QString& key);
 
-    // ---- the shared state ---------------------------------------------
-    Environment env;
-    ui::Ui& ui;
-    Trace trace;
-    store::Connection cn;
-    SqlRunner sql{cn, trace};
-
-    QString theCommand;
-    StartCommand command;
-    int progMode = 2;
-    int newLineDialogType = -1;
-    QString userPassword;
-    bool isFromKelvanto = false;
-    bool isMerged = false;
-    QString filePath;
-    QString tempPath;
-    QString logDirectory;
-    int nDigitsForConfirmComparison = 4;
-    int maxDayDiffForMatch = 30;
-    QDate targetDate;
-    bool isAutomatic = false;
-    QString linesTable = QStringLiteral("pelkor");
-    bool isCnOpen = false;
-    bool simulateVisible = false;    // chkSimulate shows when core67890 lies beside the program
-    QString feedPath;                // the bank feed file, once one is read
-
-    // From the command line of a child.
-    int detailKind = -1;
-    QDate fromDate, toDate;
-    double conv = 0;
-    QString detailKindText;
-    int detailTypeIndex = -1;
-    std::uint32_t txtMessageId = 0;   // this window's own txtMessage
-    std::uint32_t parentTxtMessage = 0, parentMessagesWindow = 0, hostTextBox1 = 0, hostTextBox2 = 0;
-
-    // What a load fills (file/Loader).
-    Catalogue catalogue;
-    std::vector<Line> lines;
-    std::vector<std::uint8_t> alternatingIndexes;
-    std::vector<int> mergedBankIndexes;
-    QStringList bankFileNames;
-    std::vector<double> convs;
-    QDate ipusDate;
-    QString ipusID;
-    int iRowAboveRed = -1;
-    int iBankRowAboveRed = -1;
-    QString theID;
-    int theOffset = 0;
-    double theCredit = 0;
-    int nDays = 90;
-    QString theInvoiceCategs;
-    int iBank = -1;
-    QString accountNum = QStringLiteral("(none)");
-    bool isSimulate = false;
-    bool openDBisBusy = false;
-    bool zeeFound = false;
-    QString IDWithFoundZee;
-
-    // The main grid and what the cursor left behind in it.
-    grid::GridModel msfgMain;
-    CursorMarks msfgMainMarks;
-    long long balancingLineID = -1;
-    QString lblTotalIncome, lblTotalExpense;
-
-    // What the window shows (the view mirrors these).
-    QString caption;                 // the window's title
-    QString lblStatus;
-    QString lblFileName;
-    QString lblNewLines;
-    bool visible = false;
-    bool enabled = true;
-    bool gridVisible = true;
-    bool frameButtonsEnabled = true;
-    bool mnuCreateLogFileChecked = false;
-    bool mnuAutomaticBankCoordinationChecked = false;
-    bool mnuMoveDatesVisible = false;
-    int row = 1;                     // msfgMain.Row
-    int topRow = 1;                  // msfgMain.TopRow
-    int visibleRows = 20;            // how many rows the view shows (set by the view)
-    QRect ltrb;                      // where the outer host placed the window; null: not placed
-    int rows() const { return int(lines.size()) + 1; }
+    // WindowCalls.
+    void shownChanged() override { emit changed(); }
+    void linesLoaded() override { emit loaded(); }
 
     bool ended() const { return ended_; }
     int exitCode() const { return exitCode_; }
@@ -219,10 +161,23 @@ signals:
 
 private:
     void initializeForm();
+    void takeCommand();
+    void openAndLoad(bool fromDialog);
     void readIni();
     void writeIni();
     void endProcess(int code);
     void setStatus(const QString& s);
+    LoadParts loadParts();
+    // Waits the given milliseconds with the event loop running.
+    void pause(int ms);
+
+    Environment env_;
+    ui::Ui& ui_;
+    Trace trace_;
+    Instance instance_;
+    OpenLedger ledger_{trace_};
+    MainGrid grid_;
+    Shown shown_;
 
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;

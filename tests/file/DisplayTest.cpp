@@ -3,8 +3,10 @@
 // place of the red line, checked against figures worked out by hand.
 #include "file/Display.h"
 
-#include "file/LoadFixture.h"
-#include "frame/Modes.h"
+#include "base/Instance.h"
+#include "base/Trace.h"
+#include "file/OpenLedger.h"
+#include "base/Modes.h"
 #include "seams/grid/GridModel.h"
 
 #include <QElapsedTimer>
@@ -27,46 +29,34 @@ constexpr std::uint32_t white = rgb(255, 255, 255);
 constexpr std::uint32_t black = rgb(0, 0, 0);
 constexpr std::uint32_t red = rgb(255, 0, 0);
 
+// A ledger's lines and an instance's mode, drawn into a grid: no window.
 class DisplayTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        testing::ensureApplication();
-        ASSERT_TRUE(dir.isValid());
-        ui = std::make_unique<ui::ScriptedUi>(ui::DialogRules{}, dir.filePath(QStringLiteral("transcript.tsv")),
-                                              QStringList{QStringLiteral("prjPelkor")});
-        frmMain::Environment env;
-        env.ui = ui.get();
-        env.paths = platform::Paths::under(dir.path());
-        env.today = QDate(2025, 6, 1);
-        env.endProcess = [](int) {};
-        m = std::make_unique<frmMain>(env);
-        m->progMode = modeFullScreen;
-    }
+    void SetUp() override { inst.progMode = modeFullScreen; }
 
     // Adds a line of the given day of March 2025 (0: the null date).
     Line& add(int day, double in, double out)
     {
         Line L;
-        L.Id = QString::number(m->lines.size() + 1);
+        L.Id = QString::number(led.lines.size() + 1);
         L.kind = out != 0 ? QStringLiteral("-1") : QStringLiteral("+1");
         L.Date = day == 0 ? nullDate() : QDate(2025, 3, day);
         L.confirm = QStringLiteral(" ");
-        L.detail = QStringLiteral("שורה %1").arg(m->lines.size() + 1);
+        L.detail = QStringLiteral("שורה %1").arg(led.lines.size() + 1);
         L.In = in;
         L.out = out;
         L.Type = QStringLiteral("מזומן");
         L.Memo = colorWords().back();
-        m->lines.push_back(L);
-        return m->lines.back();
+        led.lines.push_back(L);
+        return led.lines.back();
     }
 
     QString cell(int r, int c) const { return g.text(r, c); }
     CellStyle style(int r, int c) const { return g.style(r, c); }
 
-    QTemporaryDir dir;
-    std::unique_ptr<ui::ScriptedUi> ui;
-    std::unique_ptr<frmMain> m;
+    Trace trace{QString(), QString()};
+    OpenLedger led{trace};
+    Instance inst;
     GridModel g;
 };
 
@@ -74,25 +64,25 @@ TEST_F(DisplayTest, TheCreditLineTurnsBalancesBelowItRedAndBold)
 {
     add(1, 100, 0);
     add(2, 0, 150);
-    m->theCredit = 0;
-    drawLoad(*m, g);
+    led.theCredit = 0;
+    drawLoad(led, inst, g);
     EXPECT_EQ(cell(1, colBalance), QStringLiteral("100.00"));
     EXPECT_EQ(cell(2, colBalance), QStringLiteral("50.00-"));
     EXPECT_EQ(style(1, colBalance).fore, black);
     EXPECT_FALSE(style(1, colBalance).bold);
     EXPECT_EQ(style(2, colBalance).fore, red);
     EXPECT_TRUE(style(2, colBalance).bold);
-    EXPECT_EQ(m->lines[1].balance, -50.0);
+    EXPECT_EQ(led.lines[1].balance, -50.0);
 
     // A credit line of 100 (stored negative) covers the -50.
-    m->theCredit = -100;
-    drawLoad(*m, g);
+    led.theCredit = -100;
+    drawLoad(led, inst, g);
     EXPECT_EQ(style(1, colBalance), (CellStyle{colors::balanceBack[0], black, false}));
     EXPECT_EQ(style(2, colBalance), (CellStyle{colors::balanceBack[1], black, false}));
 
     // Exactly on the limit is not over it.
-    m->theCredit = -50;
-    drawLoad(*m, g);
+    led.theCredit = -50;
+    drawLoad(led, inst, g);
     EXPECT_EQ(style(2, colBalance).fore, black);
 }
 
@@ -101,8 +91,8 @@ TEST_F(DisplayTest, BackgroundsAlternateAtEachNewDate)
     add(1, 10, 0);
     add(1, 0, 5);
     add(4, 7, 0);
-    drawLoad(*m, g);
-    EXPECT_EQ(m->alternatingIndexes, (std::vector<std::uint8_t>{0, 0, 1}));
+    drawLoad(led, inst, g);
+    EXPECT_EQ(led.alternatingIndexes, (std::vector<std::uint8_t>{0, 0, 1}));
     const std::uint32_t rowBack[] = {white, white, rgb(227, 227, 255)};
     const std::uint32_t balanceBack[] = {rgb(255, 255, 153), rgb(255, 255, 153), rgb(255, 255, 79)};
     for (int r = 1; r <= 3; ++r) {
@@ -113,8 +103,8 @@ TEST_F(DisplayTest, BackgroundsAlternateAtEachNewDate)
     }
 
     // The split screen shows every row white; the balance still alternates.
-    m->progMode = modeSplitScreen;
-    drawLoad(*m, g);
+    inst.progMode = modeSplitScreen;
+    drawLoad(led, inst, g);
     EXPECT_EQ(g.backColor(3, colDetail), white);
     EXPECT_EQ(g.backColor(3, colBalance), rgb(255, 255, 79));
 }
@@ -124,7 +114,7 @@ TEST_F(DisplayTest, SumsShowZeroInBlackAndForecastSumsInBlueBold)
     Line& f = add(1, 250, 0);
     f.isTzefi = true;
     add(1, 0, 80);   // an ordinary line
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
     EXPECT_EQ(cell(1, colIn), QStringLiteral("250.00"));
     EXPECT_EQ(style(1, colIn), (CellStyle{white, rgb(0, 128, 255), true}));
     // The forecast line's zero side is plain.
@@ -139,20 +129,20 @@ TEST_F(DisplayTest, ConvertedLinesArePinkAndCounted)
     add(1, 10, 0);
     add(2, 20, 0);
     add(3, 30, 0);
-    m->conv = 3.5;
-    EXPECT_EQ(drawLoad(*m, g), 3);
+    inst.detail.conv = 3.5;
+    EXPECT_EQ(drawLoad(led, inst, g), 3);
     for (int r = 1; r <= 3; ++r)
         EXPECT_EQ(g.backColor(r, colDetail), rgb(255, 128, 255)) << r;
     EXPECT_NE(g.backColor(1, colBalance), rgb(255, 128, 255));
 
     // Merged: by the conv of each line's bank file.
-    m->conv = 0;
-    m->isMerged = true;
-    m->convs = {0, -3};
-    m->mergedBankIndexes = {0, 1, 0};
-    EXPECT_EQ(drawLoad(*m, g), 1);
-    EXPECT_FALSE(isLineConverted(*m, 0));
-    EXPECT_TRUE(isLineConverted(*m, 1));
+    inst.detail.conv = 0;
+    inst.isMerged = true;
+    led.convs = {0, -3};
+    led.mergedBankIndexes = {0, 1, 0};
+    EXPECT_EQ(drawLoad(led, inst, g), 1);
+    EXPECT_FALSE(isLineConverted(led, inst, 0));
+    EXPECT_TRUE(isLineConverted(led, inst, 1));
     EXPECT_EQ(g.backColor(1, colDetail), white);
     EXPECT_EQ(g.backColor(2, colDetail), rgb(255, 128, 255));
     EXPECT_EQ(g.backColor(3, colDetail), white);   // the third date flips back
@@ -171,7 +161,7 @@ TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
     c.Memo = QStringLiteral("ירוק");
     c.kind = QStringLiteral("-12");
     c.Type.clear();
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
 
     EXPECT_EQ(g.Rows(), 4);
     EXPECT_EQ(g.Cols(), 10);
@@ -211,11 +201,11 @@ TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
     EXPECT_EQ(g.backColor(3, colKind), white);
 
     // Without the balance column in a detail child.
-    m->progMode = modeDetail;
-    drawLoad(*m, g);
+    inst.progMode = modeDetail;
+    drawLoad(led, inst, g);
     EXPECT_EQ(g.Cols(), 9);
     EXPECT_EQ(cell(0, colType), QStringLiteral("סוג"));
-    EXPECT_EQ(mainGridCols(*m), 9);
+    EXPECT_EQ(mainGridCols(inst), 9);
 }
 
 TEST_F(DisplayTest, BalancingLineAndMarkedLines)
@@ -223,38 +213,38 @@ TEST_F(DisplayTest, BalancingLineAndMarkedLines)
     add(1, 10, 0);
     add(1, 0, 4);
     add(2, 6, 0);
-    m->progMode = modeNewLines;
-    drawLoad(*m, g, 2);
+    inst.progMode = modeNewLines;
+    drawLoad(led, inst, g, 2);
     EXPECT_EQ(g.backColor(2, colDetail), rgb(255, 255, 153));
     EXPECT_EQ(g.backColor(1, colDetail), white);
     EXPECT_EQ(g.backColor(2, colMark), rgb(244, 208, 230));
 
-    m->progMode = modeFullScreen;
+    inst.progMode = modeFullScreen;
     const PaintedIDs painted{QStringLiteral("1"), QStringLiteral("3")};
-    drawLoad(*m, g, -1, &painted);
-    EXPECT_TRUE(m->lines[0].isPainted);
-    EXPECT_FALSE(m->lines[1].isPainted);
+    drawLoad(led, inst, g, -1, &painted);
+    EXPECT_TRUE(led.lines[0].isPainted);
+    EXPECT_FALSE(led.lines[1].isPainted);
     for (int col = colKind; col <= colType; ++col) {
         EXPECT_EQ(g.backColor(1, col), rgb(244, 208, 230)) << col;
         EXPECT_EQ(g.backColor(2, col), white) << col;
     }
     EXPECT_EQ(g.backColor(1, colBalance), rgb(255, 255, 153));
 
-    const SummaryLabels two = refreshMainSummaryLabels(*m, g, &painted);
+    const SummaryLabels two = refreshMainSummaryLabels(led, g, &painted);
     EXPECT_EQ(two.lblMainTotalIn, QStringLiteral("16.00"));
     EXPECT_EQ(two.lblMainTotalOut, QStringLiteral("0.00"));
     EXPECT_EQ(two.lblMainLinesSelected, QStringLiteral("2 שורות מסומנות"));
     // The sums are the cells' figures, grouping and sign included.
     g.setText(2, colOut, QStringLiteral("1,500.25"));
     const PaintedIDs one{QStringLiteral("2")};
-    const SummaryLabels single = refreshMainSummaryLabels(*m, g, &one);
+    const SummaryLabels single = refreshMainSummaryLabels(led, g, &one);
     EXPECT_EQ(single.lblMainTotalOut, QStringLiteral("1,500.25"));
     EXPECT_EQ(single.lblMainLinesSelected, QStringLiteral("שורה אחת מסומנת"));
     const PaintedIDs none;
-    EXPECT_TRUE(refreshMainSummaryLabels(*m, g, &none).lblMainLinesSelected.isEmpty());
-    EXPECT_TRUE(refreshMainSummaryLabels(*m, g, nullptr).lblMainTotalIn.isEmpty());
+    EXPECT_TRUE(refreshMainSummaryLabels(led, g, &none).lblMainLinesSelected.isEmpty());
+    EXPECT_TRUE(refreshMainSummaryLabels(led, g, nullptr).lblMainTotalIn.isEmpty());
 
-    const Totals t = calcTotals(*m);
+    const Totals t = calcTotals(led);
     EXPECT_EQ(t.lblTotalIncome, QStringLiteral("16.00"));
     EXPECT_EQ(t.lblTotalExpense, QStringLiteral("4.00"));
 }
@@ -272,20 +262,20 @@ TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
         L.isTzefi = i % 11 == 0;
     }
     // The credit line at the median balance: about half the rows over it.
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
     std::vector<double> sorted;
-    for (const Line& L : m->lines)
+    for (const Line& L : led.lines)
         sorted.push_back(L.balance);
     std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
-    m->theCredit = sorted[sorted.size() / 2];
-    drawLoad(*m, g);
+    led.theCredit = sorted[sorted.size() / 2];
+    drawLoad(led, inst, g);
     std::vector<QString> texts;
     std::vector<CellStyle> styles;
     std::vector<double> balances;
     for (int r = 1; r < g.Rows(); ++r) {
         texts.push_back(cell(r, colBalance));
         styles.push_back(style(r, colBalance));
-        balances.push_back(m->lines[size_t(r) - 1].balance);
+        balances.push_back(led.lines[size_t(r) - 1].balance);
     }
     int over = 0;
     for (const CellStyle& s : styles)
@@ -296,13 +286,13 @@ TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
     for (int r = 1; r < g.Rows(); ++r) {
         g.setText(r, colBalance, QStringLiteral("?"));
         g.setForeColor(r, colBalance, rgb(1, 2, 3));
-        m->lines[size_t(r) - 1].balance = 0;
+        led.lines[size_t(r) - 1].balance = 0;
     }
-    CalcBalances(*m, g, 1);
+    CalcBalances(led, inst, g, 1);
     for (int r = 1; r < g.Rows(); ++r) {
         ASSERT_EQ(cell(r, colBalance), texts[size_t(r) - 1]) << r;
         ASSERT_EQ(style(r, colBalance), styles[size_t(r) - 1]) << r;
-        ASSERT_EQ(m->lines[size_t(r) - 1].balance, balances[size_t(r) - 1]) << r;
+        ASSERT_EQ(led.lines[size_t(r) - 1].balance, balances[size_t(r) - 1]) << r;
     }
 }
 
@@ -312,35 +302,35 @@ TEST_F(DisplayTest, RecomputingFromAMiddleRowStartsFromTheFigureAbove)
     add(2, 0, 300);
     add(3, 0, 500);
     add(4, 50, 0);
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("250.00"));
 
     // The third line's expense grows; rows above it keep their figures.
-    m->lines[2].out = 1500;
+    led.lines[2].out = 1500;
     g.setText(1, colBalance, QStringLiteral("untouched"));
-    CalcBalances(*m, g, 3);
+    CalcBalances(led, inst, g, 3);
     EXPECT_EQ(cell(1, colBalance), QStringLiteral("untouched"));
     EXPECT_EQ(cell(2, colBalance), QStringLiteral("700.00"));
     EXPECT_EQ(cell(3, colBalance), QStringLiteral("800.00-"));
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("750.00-"));
     EXPECT_EQ(style(3, colBalance).fore, red);
-    EXPECT_EQ(m->lines[3].balance, -750.0);
+    EXPECT_EQ(led.lines[3].balance, -750.0);
     EXPECT_TRUE(g.Redraw());
 
     // The start is the text of the cell above, grouping and trailing sign
     // read as a number, not the record's balance.
     g.setText(2, colBalance, QStringLiteral("12,345.67-"));
-    CalcBalances(*m, g, 3, true);
+    CalcBalances(led, inst, g, 3, true);
     EXPECT_EQ(cell(3, colBalance), QStringLiteral("13,845.67-"));
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
     EXPECT_FALSE(g.Redraw());   // the caller keeps it off
     g.setRedraw(true);
 
     // Past the last row: nothing; a detail child has no balance.
-    CalcBalances(*m, g, 9);
+    CalcBalances(led, inst, g, 9);
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
-    m->progMode = modeDetail;
-    CalcBalances(*m, g, 1);
+    inst.progMode = modeDetail;
+    CalcBalances(led, inst, g, 1);
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
 }
 
@@ -351,12 +341,12 @@ TEST_F(DisplayTest, TheCursorCarriesTheMarkAndItsColoursAndGivesThemBack)
     Line& b = add(2, 0, 5);
     b.relate = 99;
     add(3, 0, 1);
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
     CursorMarks marks;
 
     g.setRow(1);
     g.setCol(colDetail);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     EXPECT_EQ(cell(1, 0), QStringLiteral("o"));
     EXPECT_EQ(style(1, colDetail).back, rgb(1, 0, 0));
     EXPECT_EQ(style(1, colDetail).fore, white);
@@ -364,7 +354,7 @@ TEST_F(DisplayTest, TheCursorCarriesTheMarkAndItsColoursAndGivesThemBack)
     // To another row: the mark moves, the purple bold detail comes back.
     g.setRow(2);
     g.setCol(colKind);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     EXPECT_TRUE(cell(1, 0).isEmpty());
     EXPECT_EQ(cell(2, 0), QStringLiteral("o"));
     EXPECT_EQ(style(1, colDetail), (CellStyle{white, rgb(192, 0, 192), true}));
@@ -373,20 +363,20 @@ TEST_F(DisplayTest, TheCursorCarriesTheMarkAndItsColoursAndGivesThemBack)
     // The related kind cell gets its yellow back; the balance and the mark
     // cells never take the cursor's colours.
     g.setCol(colBalance);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     EXPECT_EQ(style(2, colKind), (CellStyle{rgb(255, 255, 153), black, false}));
     EXPECT_EQ(style(2, colBalance).back, rgb(255, 255, 79));
     g.setCol(colMark);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     EXPECT_EQ(style(2, colMark), (CellStyle{rgb(244, 208, 230), black, false}));
 
     // A marked line's cell goes back to the mark's colour.
-    m->lines[2].isPainted = true;
+    led.lines[2].isPainted = true;
     g.setRow(3);
     g.setCol(colIn);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     g.setCol(colOut);
-    updateCursorCells(*m, g, marks);
+    updateCursorCells(led, inst, g, marks);
     EXPECT_EQ(style(3, colIn), (CellStyle{rgb(244, 208, 230), black, false}));
     EXPECT_EQ(style(3, colOut).back, rgb(1, 0, 0));
 }
@@ -409,21 +399,21 @@ TEST_F(DisplayTest, TheRedLineLiesUnderItsRowOnlyWhileThatRowShows)
     // On the grid: hidden rows above it do not count as shown rows.
     for (int i = 0; i < 60; ++i)
         add(1 + i / 10, 1, 0);
-    drawLoad(*m, g);
-    m->iRowAboveRed = 30;
+    drawLoad(led, inst, g);
+    led.iRowAboveRed = 30;
     g.setVisibleRows(20);
     g.setTopRow(25);
-    EXPECT_EQ(maybeDrawLine(*m, g).underVisibleRow, 5);
+    EXPECT_EQ(maybeDrawLine(led, inst, g).underVisibleRow, 5);
     g.setRowHeight(26, 0);
     g.setRowHeight(27, 0);
-    EXPECT_EQ(maybeDrawLine(*m, g).underVisibleRow, 3);
+    EXPECT_EQ(maybeDrawLine(led, inst, g).underVisibleRow, 3);
     g.setTopRow(12);   // rows 12..33 show, two of them hidden
-    EXPECT_TRUE(maybeDrawLine(*m, g).visible);
+    EXPECT_TRUE(maybeDrawLine(led, inst, g).visible);
     g.setTopRow(5);    // rows 5..24 show
-    EXPECT_FALSE(maybeDrawLine(*m, g).visible);
-    EXPECT_EQ(redLineRow(*m), 30);   // the view keeps it and hides it itself
-    m->isMerged = true;
-    EXPECT_EQ(redLineRow(*m), -1);
+    EXPECT_FALSE(maybeDrawLine(led, inst, g).visible);
+    EXPECT_EQ(redLineRow(led, inst), 30);   // the view keeps it and hides it itself
+    inst.isMerged = true;
+    EXPECT_EQ(redLineRow(led, inst), -1);
 }
 
 // Reads a field of /proc/self/status in kB (0 where there is none).
@@ -449,18 +439,18 @@ TEST_F(DisplayTest, AHundredThousandLinesDrawQuicklyAndCompactly)
     const long rssBefore = statusKb("VmRSS:");
     QElapsedTimer t;
     t.start();
-    drawLoad(*m, g);
+    drawLoad(led, inst, g);
     const qint64 drawMs = t.elapsed();
     const long rssAfter = statusKb("VmRSS:");
     t.restart();
-    CalcBalances(*m, g, 1);
+    CalcBalances(led, inst, g, 1);
     const qint64 calcMs = t.elapsed();
     const double mb = double(g.memoryUsage()) / (1024.0 * 1024.0);
     std::printf("[ measure  ] 100,000 lines: grid %.1f MB held, RSS +%.1f MB; draw %lld ms, CalcBalances(1) %lld ms\n",
                 mb, double(rssAfter - rssBefore) / 1024.0, (long long)drawMs, (long long)calcMs);
     EXPECT_LT(mb, 20.0);
     EXPECT_EQ(g.Rows(), 100001);
-    EXPECT_EQ(cell(100000, colBalance), FormatSum(m->lines.back().balance));
+    EXPECT_EQ(cell(100000, colBalance), FormatSum(led.lines.back().balance));
 }
 
 } // namespace

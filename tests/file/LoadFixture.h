@@ -3,7 +3,7 @@
 #pragma once
 
 #include "file/Schema.h"
-#include "frame/Instances.h"
+#include "base/Instances.h"
 #include "frame/frmMain.h"
 #include "seams/platform/ProfileFile.h"
 #include "seams/store/Connection.h"
@@ -52,20 +52,11 @@ protected:
         file = dir.filePath(QStringLiteral("shop.pkr"));
     }
 
-    // A ledger with the standard kinds and types, a Defaults row, and the
-    // given lines (plain SQLite, so damage can be written). old: a file from
-    // before the upgrades.
+    // The file under test, with the settings these tests read (a credit
+    // line, 60 days of statement, one invoice kind).
     void makeLedger(const QString& linesSql, bool old = false)
     {
-        store::Connection cn;
-        cn.open(file, store::Connection::OpenMode::ReadWriteCreate);
-        cn.executeRaw(old ? schema::oldDataFileScript() : schema::dataFileScript());
-        schema::fillStandardCatalogue(cn);
-        cn.executeRaw(old ? QStringLiteral("INSERT INTO Defaults VALUES (NULL, -5000);")
-                          : QStringLiteral("INSERT INTO Defaults VALUES (NULL, -5000, 60, 0, 0, '(none)');"
-                                           "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' +1 ');"));
-        cn.executeRaw(linesSql);
-        cn.close();
+        testing::makeLedger(file, linesSql, old, {-5000, 60, " +1 "});
     }
 
     // Rows of a plain SQLite query on the file, "a|b" each, joined by ";".

@@ -26,13 +26,13 @@ TEST_F(LoadTest, RepairsKindsReferencesMemosAndMovesTheMarker)
     // The marker stands on the last line of its date in display order: +1
     // comes before -1 on 1 March, so line 2 keeps it.
     EXPECT_EQ(query(QStringLiteral("SELECT id FROM pelkor WHERE zee='ZZZZZZZZZZ'")), QStringLiteral("2"));
-    EXPECT_EQ(m->lines.size(), 4u);
-    EXPECT_EQ(m->iRowAboveRed, 2);
-    EXPECT_EQ(m->lines[1].confirm, QStringLiteral(" "));
-    EXPECT_EQ(m->lines[3].Memo, QStringLiteral("ללא צבע"));   // Null memo
-    EXPECT_TRUE(m->lines[3].isTzefi);
-    EXPECT_EQ(m->lines[3].balance, 400.0);
-    EXPECT_EQ(m->row, 3);   // the cursor went to the line with the prefix
+    EXPECT_EQ(m->ledger().lines.size(), 4u);
+    EXPECT_EQ(m->ledger().iRowAboveRed, 2);
+    EXPECT_EQ(m->ledger().lines[1].confirm, QStringLiteral(" "));
+    EXPECT_EQ(m->ledger().lines[3].Memo, QStringLiteral("ללא צבע"));   // Null memo
+    EXPECT_TRUE(m->ledger().lines[3].isTzefi);
+    EXPECT_EQ(m->ledger().lines[3].balance, 400.0);
+    EXPECT_EQ(m->mainGrid().row, 3);   // the cursor went to the line with the prefix
     EXPECT_FALSE(query(QStringLiteral("SELECT name FROM sqlite_master WHERE name='tempPelkor'")).size());
 }
 
@@ -52,8 +52,8 @@ TEST_F(LoadTest, MarkerFollowsNewLinesOfItsDateAndTwoMarkersAreTold)
     // set on the last line of 1 March; the later marker is cleared and the
     // earlier one stays, so the next load tells again.
     EXPECT_EQ(query(QStringLiteral("SELECT id FROM pelkor WHERE zee='ZZZZZZZZZZ' ORDER BY id")), QStringLiteral("1;2"));
-    EXPECT_EQ(m->ipusID, QStringLiteral("2"));
-    EXPECT_EQ(m->iRowAboveRed, 2);
+    EXPECT_EQ(m->ledger().ipusID, QStringLiteral("2"));
+    EXPECT_EQ(m->ledger().iRowAboveRed, 2);
 }
 
 TEST_F(LoadTest, NoMarkerAnswersOfTheDialog)
@@ -110,10 +110,10 @@ TEST_F(LoadTest, OldFileIsUpgradedWhereItsStatementsFail)
     makeLedger(sampleLines(), /*old=*/true);
     repair();
     EXPECT_EQ(prompts().back(), done);
-    EXPECT_TRUE(m->isAutomatic);
-    EXPECT_EQ(m->nDays, 90);
-    EXPECT_EQ(m->iBank, -1);
-    EXPECT_EQ(m->accountNum, QStringLiteral("(none)"));
+    EXPECT_TRUE(m->ledger().isAutomatic);
+    EXPECT_EQ(m->ledger().nDays, 90);
+    EXPECT_EQ(m->ledger().iBank, -1);
+    EXPECT_EQ(m->ledger().accountNum, QStringLiteral("(none)"));
     // isAuto is written back at exit from the menu's check mark, on.
     EXPECT_EQ(query(QStringLiteral("SELECT isAuto FROM Defaults")), QStringLiteral("1"));
     EXPECT_EQ(query(QStringLiteral("SELECT count(*), max(detail) FROM invoiceCategs")), QStringLiteral("1| "));
@@ -130,12 +130,12 @@ TEST_F(LoadTest, CurrentFileReadsItsSettings)
     cn.executeRaw(QStringLiteral("UPDATE Defaults SET iBank=3, AccountNum='12-345', isAuto=1"));
     cn.close();
     repair();
-    EXPECT_EQ(m->theCredit, -5000.0);
-    EXPECT_EQ(m->nDays, 60);
-    EXPECT_EQ(m->iBank, 2);
-    EXPECT_EQ(m->accountNum, QStringLiteral("12-345"));
-    EXPECT_EQ(m->theInvoiceCategs, QStringLiteral("+1"));
-    EXPECT_TRUE(m->isAutomatic);
+    EXPECT_EQ(m->ledger().theCredit, -5000.0);
+    EXPECT_EQ(m->ledger().nDays, 60);
+    EXPECT_EQ(m->ledger().iBank, 2);
+    EXPECT_EQ(m->ledger().accountNum, QStringLiteral("12-345"));
+    EXPECT_EQ(m->ledger().theInvoiceCategs, QStringLiteral("+1"));
+    EXPECT_TRUE(m->ledger().isAutomatic);
 }
 
 TEST_F(LoadTest, AllKindsUnknownEndsWithNoLines)
@@ -166,8 +166,8 @@ TEST_F(LoadTest, BadLinesGoToAChildThatAnswers)
         "(7,'-1','2025-03-07','8','סכום שבור',0,'abc',2,' ','ללא צבע');"));
     children.act = [this](const QString&) {
         // The child, as a user would: a date for one line, a sum for the other.
-        EXPECT_FALSE(m->enabled);
-        EXPECT_FALSE(m->gridVisible);
+        EXPECT_FALSE(m->shown().enabled);
+        EXPECT_FALSE(m->shown().gridVisible);
         EXPECT_EQ(messages.caption(), QStringLiteral("pelkor messages"));
         store::Connection cn;
         cn.open(file);
@@ -180,9 +180,9 @@ TEST_F(LoadTest, BadLinesGoToAChildThatAnswers)
     ASSERT_EQ(children.started.size(), 1);
     EXPECT_EQ(children.started[0], QStringLiteral("new3 1234abcd 00000000 00000000 ") + file);
     EXPECT_EQ(prompts().back(), done);
-    EXPECT_EQ(m->lines.size(), 6u);
-    EXPECT_TRUE(m->enabled);
-    EXPECT_TRUE(m->gridVisible);
+    EXPECT_EQ(m->ledger().lines.size(), 6u);
+    EXPECT_TRUE(m->shown().enabled);
+    EXPECT_TRUE(m->shown().gridVisible);
 }
 
 TEST_F(LoadTest, BadLinesChildCancelledOrDeadEndsTheParent)
@@ -262,11 +262,11 @@ TEST_F(LoadTest, CommandLineErrorsAndTheIniRoundTrip)
     ini.writeString(QStringLiteral("misc"), QStringLiteral("debug"), QStringLiteral("1"));
     ini.writeString(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch"), QStringLiteral("12"));
     repair();
-    EXPECT_TRUE(m->mnuCreateLogFileChecked);
+    EXPECT_TRUE(m->shown().mnuCreateLogFileChecked);
     EXPECT_EQ(ini.readString(QStringLiteral("misc"), QStringLiteral("debug")), QStringLiteral("1"));
     EXPECT_EQ(ini.readString(QStringLiteral("bank sync"), QStringLiteral("maxDayDiffForMatch")), QStringLiteral("12"));
     EXPECT_EQ(ini.readString(QStringLiteral("bank sync"), QStringLiteral("nDigitsForConfirmComparison")), QStringLiteral("4"));
-    QFile log(m->trace.filePath());
+    QFile log(m->trace().filePath());
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_TRUE(log.readAll().contains("*** openDB: <<<< starting"));
 }

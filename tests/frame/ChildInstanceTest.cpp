@@ -44,11 +44,11 @@ TEST_F(ChildTest, BadLinesChildOkZeroesTheSumsAndTellsItsParent)
     makeLedger(badSums);
     const QString cmd = QStringLiteral("new3 1234abcd 00000000 00000000 ") + file;
     startWithBus(splitCommand(cmd, 4), QStringLiteral("frmMain.*mode 4 type 3 => cmdOK"));
-    EXPECT_EQ(m->progMode, 4);
-    EXPECT_EQ(m->newLineDialogType, 3);
+    EXPECT_EQ(m->instance().progMode, 4);
+    EXPECT_EQ(m->instance().newLineDialogType, 3);
     // Only the bad lines of valid kinds, and the label that says why.
-    ASSERT_EQ(m->lines.size(), 2u);
-    EXPECT_EQ(m->lblNewLines, QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה."));
+    ASSERT_EQ(m->ledger().lines.size(), 2u);
+    EXPECT_EQ(m->shown().lblNewLines, QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה."));
     runUntilEnded();
     EXPECT_EQ(bus.sent, QStringList{QStringLiteral("1234abcd pelkor OK")});
     // Every sum that is no number becomes 0, in lines of any kind.
@@ -83,21 +83,21 @@ TEST_F(ChildTest, TextsTheMainWindowTakes)
     EXPECT_FALSE(m->txtMessage_Change(QStringLiteral("nochange")));
     EXPECT_FALSE(m->txtMessage_Change(QStringLiteral("something else")));
     EXPECT_TRUE(m->txtMessage_Change(QStringLiteral("ltrb 25 300 770 300")));
-    EXPECT_EQ(m->ltrb, QRect(25, 300, 770, 300));
+    EXPECT_EQ(m->shown().ltrb, QRect(25, 300, 770, 300));
 
     // "refresh" reloads through the load and lands on the same line.
-    m->row = 3;
-    m->topRow = 2;
+    m->mainGrid().row = 3;
+    m->mainGrid().topRow = 2;
     store::Connection cn;
     cn.open(file);
     cn.execute(QStringLiteral("INSERT INTO pelkor (kind,[date],confirm,detail,[in],out,TypeNum,zee,memo) "
                               "VALUES ('+1',#2/1/2025#,'9','קודם',5,0,1,' ','ללא צבע')"));
     cn.close();
-    const QString id = m->lines[2].Id;
+    const QString id = m->ledger().lines[2].Id;
     EXPECT_TRUE(m->txtMessage_Change(QStringLiteral("refresh")));
-    EXPECT_EQ(m->lines.size(), 5u);
-    EXPECT_EQ(m->lines[size_t(m->row - 1)].Id, id);
-    EXPECT_EQ(m->row - m->topRow, 1);
+    EXPECT_EQ(m->ledger().lines.size(), 5u);
+    EXPECT_EQ(m->ledger().lines[size_t(m->mainGrid().row - 1)].Id, id);
+    EXPECT_EQ(m->mainGrid().row - m->mainGrid().topRow, 1);
 
     // "close" ends the instance; the host (none here) hears nothing.
     EXPECT_TRUE(m->txtMessage_Change(QStringLiteral("close")));
@@ -118,12 +118,12 @@ TEST_F(ChildTest, DetailChildTellsWhetherItChangedTheFile)
         bus.sent.clear();
         startWithBus(cmd.split(QLatin1Char(' ')).mid(0, 5) + QStringList{file}, QString());
         ASSERT_FALSE(m->ended());
-        EXPECT_EQ(m->progMode, 3);
-        EXPECT_EQ(m->caption, QStringLiteral("פירוט תנועות - shop"));
-        EXPECT_EQ(m->lblFileName, QStringLiteral("shop - תנועות לתאריך 01/03/2025 (ללא המרה)"));
-        EXPECT_EQ(m->lines.size(), 2u);
+        EXPECT_EQ(m->instance().progMode, 3);
+        EXPECT_EQ(m->shown().caption, QStringLiteral("פירוט תנועות - shop"));
+        EXPECT_EQ(m->shown().lblFileName, QStringLiteral("shop - תנועות לתאריך 01/03/2025 (ללא המרה)"));
+        EXPECT_EQ(m->ledger().lines.size(), 2u);
         if (change)
-            m->sql.executeSQL(QStringLiteral("test"), QStringLiteral("UPDATE pelkor SET detail='x' WHERE id=1"));
+            m->ledger().sql.executeSQL(QStringLiteral("test"), QStringLiteral("UPDATE pelkor SET detail='x' WHERE id=1"));
         m->exitProg();
         EXPECT_EQ(bus.sent, QStringList{QStringLiteral("0000beef ") + (change ? QStringLiteral("closed") : QStringLiteral("nochange"))});
     }

@@ -1,17 +1,16 @@
 // The menus and buttons each kind of instance shows, and the frame's own
 // menu entries on a real file.
 #include "frame/Controls.h"
-#include "frame/Modes.h"
+#include "base/Instance.h"
 #include "file/LoadFixture.h"
 
 using namespace pelkor;
 using namespace pelkor::testing;
 
-TEST_F(LoadTest, ControlsFollowTheInstance)
+TEST(Controls, FollowTheInstance)
 {
-    makeLedger(sampleLines());
-    frmMain& f = start({QStringLiteral("open"), file}, QString());
-    ASSERT_FALSE(f.ended());
+    Instance f;
+    f.progMode = modeFullScreen;
 
     // A working run: the full menus, "יציאה", no child buttons.
     ShownControls s = shownControls(f);
@@ -42,12 +41,12 @@ TEST_F(LoadTest, ControlsFollowTheInstance)
     // A detail child: no menus, a small window; the forecast button only
     // for a selection by kind or type.
     f.progMode = modeDetail;
-    f.detailKind = 2;
+    f.detail.kind = detailDay;
     s = shownControls(f);
     EXPECT_FALSE(s.mnuFile || s.mnuHelp || s.mnuReports || s.mnuResetBankData || s.cmdIpus || s.cmdGoToIpusLine
                  || s.cmdReport || s.cmdBankCoordination || s.cmdTzefi || s.cmdOK);
     EXPECT_TRUE(s.childWindow);
-    f.detailKind = 4;
+    f.detail.kind = detailOfType;
     EXPECT_TRUE(shownControls(f).cmdTzefi);
 
     // A new-line child: OK and Cancel, and "delete all" for bad lines only.
@@ -65,12 +64,12 @@ TEST_F(LoadTest, TheTraceEntryTogglesAndExitWritesIt)
     makeLedger(sampleLines());
     frmMain& f = start({QStringLiteral("open"), file}, QString());
     ASSERT_FALSE(f.ended());
-    EXPECT_FALSE(f.mnuCreateLogFileChecked);
-    mnuCreateLogFile_Click(f);
-    EXPECT_TRUE(f.mnuCreateLogFileChecked);
-    EXPECT_FALSE(f.trace.noTrace());
-    mnuCreateLogFile_Click(f);
-    mnuCreateLogFile_Click(f);
+    EXPECT_FALSE(f.shown().mnuCreateLogFileChecked);
+    f.mnuCreateLogFile_Click();
+    EXPECT_TRUE(f.shown().mnuCreateLogFileChecked);
+    EXPECT_FALSE(f.trace().noTrace());
+    f.mnuCreateLogFile_Click();
+    f.mnuCreateLogFile_Click();
     f.exitProg();
     platform::ProfileFile ini(platform::Paths::under(dir.path()).iniFile());
     EXPECT_EQ(ini.readString(QStringLiteral("misc"), QStringLiteral("debug")), QStringLiteral("1"));
@@ -86,9 +85,9 @@ TEST_F(LoadTest, ResettingTheBankDataUnbindsTheFile)
     }
     frmMain& f = start({QStringLiteral("open"), file}, QString());
     ASSERT_FALSE(f.ended());
-    mnuResetBankData_Click(f);
-    EXPECT_EQ(f.iBank, -1);
-    EXPECT_EQ(f.accountNum, QStringLiteral("(none)"));
+    f.mnuResetBankData_Click();
+    EXPECT_EQ(f.ledger().iBank, -1);
+    EXPECT_EQ(f.ledger().accountNum, QStringLiteral("(none)"));
     EXPECT_EQ(query(QStringLiteral("SELECT iBank, accountNum FROM Defaults")), QStringLiteral("0|(none)"));
     ASSERT_FALSE(prompts().isEmpty());
     EXPECT_EQ(prompts().last(), QStringLiteral("msgbox|פלקור|נתוני החשבון אופסו|OK"));

@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 namespace {
 
 struct ToolRun {
@@ -30,6 +32,7 @@ ToolRun run(const QString& program, const QStringList& args)
 
 TEST(CommandLineTools, CreateThenQueryAndWrite)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("my shop.pkr"));
     ToolRun c = run(QStringLiteral("prjPelkor"), {QStringLiteral("--create"), file});
@@ -52,6 +55,7 @@ TEST(CommandLineTools, CreateThenQueryAndWrite)
 
 TEST(CommandLineTools, FailuresExitNonZeroWithTheEnginesMessage)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("a.pkr"));
     ASSERT_EQ(run(QStringLiteral("prjPelkor"), {QStringLiteral("--create"), file}).code, 0);

@@ -1,6 +1,6 @@
 // The main window over a loaded ledger: right to left, the lines shown.
 #include "app/frmMainView.h"
-#include "file/DemoLedger.h"
+#include "gen/DemoLedger.h"
 #include "file/LoadFixture.h"
 
 #include "frame/Controls.h"
@@ -39,7 +39,7 @@ TEST_F(DemoWindowTest, MainWindowShowsTheLedgerRightToLeft)
 {
     EXPECT_EQ(view->windowTitle(), QStringLiteral("פלקור - shop"));
     EXPECT_EQ(view->layoutDirection(), Qt::RightToLeft);
-    ASSERT_EQ(table->model()->rowCount(), int(m->lines.size()));
+    ASSERT_EQ(table->model()->rowCount(), int(m->ledger().lines.size()));
     // The first column (the kind) stands at the right edge.
     const int x0 = table->columnViewportPosition(0);
     const int x1 = table->columnViewportPosition(1);
@@ -49,9 +49,9 @@ TEST_F(DemoWindowTest, MainWindowShowsTheLedgerRightToLeft)
 
 TEST_F(DemoWindowTest, OneWheelNotchMovesTheGridAPage)
 {
-    const int page = m->msfgMain.visibleRows();
+    const int page = m->mainGrid().msfgMain.visibleRows();
     ASSERT_GT(page, 5);
-    m->msfgMain.setTopRow(1);
+    m->mainGrid().msfgMain.setTopRow(1);
     QCoreApplication::processEvents();
     const auto wheel = [&](int dy) {
         const QPointF at(table->viewport()->width() / 2.0, table->viewport()->height() / 2.0);
@@ -61,15 +61,15 @@ TEST_F(DemoWindowTest, OneWheelNotchMovesTheGridAPage)
         QCoreApplication::processEvents();
     };
     wheel(-120);   // a notch towards the user: a page down
-    EXPECT_EQ(m->msfgMain.TopRow(), 1 + page);
+    EXPECT_EQ(m->mainGrid().msfgMain.TopRow(), 1 + page);
     // What the view shows follows the model: the top row is the first one painted.
-    EXPECT_EQ(table->rowAt(0), m->msfgMain.TopRow() - 1);
+    EXPECT_EQ(table->rowAt(0), m->mainGrid().msfgMain.TopRow() - 1);
     wheel(120);
-    EXPECT_EQ(m->msfgMain.TopRow(), 1);
+    EXPECT_EQ(m->mainGrid().msfgMain.TopRow(), 1);
     // A touchpad's small steps add up to one notch.
     for (int i = 0; i < 4; ++i)
         wheel(-30);
-    EXPECT_EQ(m->msfgMain.TopRow(), 1 + page);
+    EXPECT_EQ(m->mainGrid().msfgMain.TopRow(), 1 + page);
 }
 
 TEST_F(LoadTest, ANewLineChildIsASmallWindowWithItsTwoButtons)

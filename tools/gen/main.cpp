@@ -5,8 +5,8 @@
 //
 // The file is replaced if it exists. See file/LedgerGenerator.h for what a
 // generated ledger holds.
-#include "file/DemoLedger.h"
-#include "file/LedgerGenerator.h"
+#include "gen/DemoLedger.h"
+#include "gen/LedgerGenerator.h"
 #include "seams/store/StoreError.h"
 
 #include <QCoreApplication>

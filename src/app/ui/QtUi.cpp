@@ -101,7 +101,7 @@ std::optional<QString> QtUi::inputBox(const QString& prompt, const QString& titl
     return dlg.textValue();
 }
 
-QStringList QtUi::runFileDialog(const FileDialogSpec& spec, bool save)
+QStringList QtUi::runFileDialog(const FileDialogOptions& spec, bool save)
 {
     QFileDialog dlg(parent_, titleOr(spec.title), spec.startDir);
     dlg.setLayoutDirection(Qt::RightToLeft);
@@ -136,12 +136,12 @@ QStringList QtUi::runFileDialog(const FileDialogSpec& spec, bool save)
     }
 }
 
-QStringList QtUi::openFileDialog(const FileDialogSpec& spec)
+QStringList QtUi::openFileDialog(const FileDialogOptions& spec)
 {
     return runFileDialog(spec, false);
 }
 
-QString QtUi::saveFileDialog(const FileDialogSpec& spec)
+QString QtUi::saveFileDialog(const FileDialogOptions& spec)
 {
     const QStringList files = runFileDialog(spec, true);
     return files.isEmpty() ? QString() : files.first();

@@ -24,8 +24,8 @@ public:
                   Icon icon = Icon::None) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                     const QString& defaultText = {}) override;
-    QStringList openFileDialog(const FileDialogSpec& spec) override;
-    QString saveFileDialog(const FileDialogSpec& spec) override;
+    QStringList openFileDialog(const FileDialogOptions& spec) override;
+    QString saveFileDialog(const FileDialogOptions& spec) override;
     // A dialog without a view is closed unanswered (with a warning).
     bool runDialog(Dialog& d) override;
     // The user clicks for themselves: nothing to do.
@@ -36,7 +36,7 @@ public:
     static QString buttonText(Answer a);
 
 private:
-    QStringList runFileDialog(const FileDialogSpec& spec, bool save);
+    QStringList runFileDialog(const FileDialogOptions& spec, bool save);
 
     QPointer<QWidget> parent_;
 };

@@ -10,10 +10,10 @@
 
 namespace pelkor::bus {
 
-std::optional<quint32> parseId(const QString& text)
+std::optional<quint32> parseId(const QString& text, IdForm form)
 {
-    const QString t = text.trimmed();
-    if (t.isEmpty() || t.size() > 8)
+    const QString t = form == IdForm::Loose ? text.trimmed() : text;
+    if (form == IdForm::Exact ? t.size() != 8 : (t.isEmpty() || t.size() > 8))
         return std::nullopt;
     quint32 v = 0;
     for (const QChar ch : t) {

@@ -20,11 +20,17 @@
 
 namespace pelkor::bus {
 
-// One to eight hexadecimal digits after leading and trailing blanks are
-// trimmed, either case, read as if padded with leading zeros ("1f" is
-// 0000001f). Anything else (empty, a sign, "0x", nine digits, other
-// characters) is refused with nullopt. "00000000" parses, to 0.
-std::optional<quint32> parseId(const QString& text);
+// How strictly an id is read. Loose: one to eight hexadecimal digits after
+// leading and trailing blanks are trimmed, read as if padded with leading
+// zeros ("1f" is 0000001f); a box's text or a listing file. Exact: exactly
+// eight digits and nothing else, as a command line writes them at fixed
+// positions.
+enum class IdForm { Loose, Exact };
+
+// Either case of hexadecimal digits, in the given form. Anything else
+// (empty, a sign, "0x", nine digits, other characters) is refused with
+// nullopt. "00000000" parses, to 0.
+std::optional<quint32> parseId(const QString& text, IdForm form = IdForm::Loose);
 
 // Eight lower-case hexadecimal digits with leading zeros.
 QString idToText(quint32 id);

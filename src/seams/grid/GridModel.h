@@ -24,7 +24,7 @@
 // into one notification that goes out when redraw is turned on again.
 //
 // Colours are numbers whose lowest byte is red (0xBBGGRR), as rgb() of
-// frame/Format.h makes them.
+// base/Format.h makes them.
 #pragma once
 
 #include <QString>

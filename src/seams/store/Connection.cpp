@@ -66,13 +66,6 @@ void run(sqlite3* db, const char* sql, const QString& subject)
     }
 }
 
-QString quoteName(const QString& name)
-{
-    QString q = name;
-    q.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + q + QLatin1Char('"');
-}
-
 enum class ColumnClass { Text, Whole, Number, Date, Untyped };
 
 // How the old engine's declared types map onto a conversion of text.
@@ -306,7 +299,8 @@ Recordset collect(sqlite3* db, sqlite3_stmt* st, const QString& statement)
                 if (kind != CellKind::Plain && (kind == CellKind::Date || len == 10)
                     && text::parseIsoDate(p, p + len, y, m, d)) {
                     row[c] = Value::julianDay(text::julianDay(y, m, d));
-                } else if (len <= 14) {
+                } else if (len <= Value::inlineMax) {
+                    // Short texts live inside the Value: no cache is worth it.
                     row[c] = Value::utf8(p, len);
                 } else {
                     std::unique_ptr<TextCache>& cache = caches[size_t(c)];

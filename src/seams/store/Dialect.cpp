@@ -188,13 +188,6 @@ bool isComparison(const Tok& t)
             || t.text == QLatin1String("!="));
 }
 
-QString quoteName(const QString& name)
-{
-    QString q = name;
-    q.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + q + QLatin1Char('"');
-}
-
 QString quoteText(const QString& text)
 {
     QString q = text;
@@ -641,6 +634,13 @@ Translation translate(const QString& statement, const OrderHint& plainOrder)
 
     tr.sql = Writer(t, statement, plainOrder).write();
     return tr;
+}
+
+QString quoteName(const QString& name)
+{
+    QString q = name;
+    q.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + q + QLatin1Char('"');
 }
 
 } // namespace pelkor::store

@@ -42,6 +42,9 @@
 
 namespace pelkor::store {
 
+// A name as SQLite reads it: in double quotes, a quote inside doubled.
+QString quoteName(const QString& name);
+
 // The schema name under which a file named by IN "<file>" is attached.
 inline constexpr const char* attachedSchema = "pk_in";
 

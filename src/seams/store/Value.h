@@ -109,11 +109,13 @@ public:
 
     bool operator==(const Value& o) const;
 
+    // The longest text held inside the Value itself, with no allocation.
+    static constexpr int inlineMax = 14;
+
 private:
     // b_[0] the Type; for a text b_[1] is the length of a text held inline
     // in b_[2..15], or sharedMark when b_[8..15] point to a Shared.
     static constexpr std::uint8_t sharedMark = 0xff;
-    static constexpr int inlineMax = 14;
     // A longer text, shared by every copy of the Value and by the repeated
     // texts of a column that a recordset reads.
     struct Shared {

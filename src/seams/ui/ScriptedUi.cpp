@@ -104,7 +104,7 @@ std::optional<QString> ScriptedUi::inputBox(const QString& prompt, const QString
     return result;
 }
 
-QStringList ScriptedUi::chooseFiles(const QString& kind, const FileDialogSpec& spec, bool multi)
+QStringList ScriptedUi::chooseFiles(const QString& kind, const FileDialogOptions& spec, bool multi)
 {
     const std::optional<QString> a = answerFor(kind, spec.title, spec.filter, {spec.title});
     QStringList files;
@@ -122,12 +122,12 @@ QStringList ScriptedUi::chooseFiles(const QString& kind, const FileDialogSpec& s
     return files;
 }
 
-QStringList ScriptedUi::openFileDialog(const FileDialogSpec& spec)
+QStringList ScriptedUi::openFileDialog(const FileDialogOptions& spec)
 {
     return chooseFiles(QStringLiteral("open"), spec, spec.multiSelect);
 }
 
-QString ScriptedUi::saveFileDialog(const FileDialogSpec& spec)
+QString ScriptedUi::saveFileDialog(const FileDialogOptions& spec)
 {
     const QStringList files = chooseFiles(QStringLiteral("save"), spec, false);
     return files.isEmpty() ? QString() : files.first();

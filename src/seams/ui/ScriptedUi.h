@@ -68,8 +68,8 @@ public:
                   Icon icon = Icon::None) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                     const QString& defaultText = {}) override;
-    QStringList openFileDialog(const FileDialogSpec& spec) override;
-    QString saveFileDialog(const FileDialogSpec& spec) override;
+    QStringList openFileDialog(const FileDialogOptions& spec) override;
+    QString saveFileDialog(const FileDialogOptions& spec) override;
     bool runDialog(Dialog& d) override;
     void windowReady(const QString& windowName, const QString& text,
                      std::function<void(const QString& control)> click) override;
@@ -80,7 +80,7 @@ private:
     // prompt that has repeated past the limit.
     std::optional<QString> answerFor(const QString& kind, const QString& title,
                                      const QString& text, const QStringList& subjects);
-    QStringList chooseFiles(const QString& kind, const FileDialogSpec& spec, bool multi);
+    QStringList chooseFiles(const QString& kind, const FileDialogOptions& spec, bool multi);
 
     DialogRules rules_;
     Transcript transcript_;

@@ -44,7 +44,7 @@ Answer defaultAnswer(Buttons b);
 // What the old common file dialog was given. The filter keeps the old form,
 // "description|pattern|description|pattern", e.g. "פלקור (*.pkr)|*.pkr";
 // qtNameFilters() turns it into Qt's form.
-struct FileDialogSpec {
+struct FileDialogOptions {
     QString title;
     QString filter;
     QString defaultExt;   // "pkr" or ".pkr"; added to a chosen name that has no suffix
@@ -81,9 +81,9 @@ public:
 
     // The files chosen; empty when cancelled. More than one only with
     // spec.multiSelect.
-    virtual QStringList openFileDialog(const FileDialogSpec& spec) = 0;
+    virtual QStringList openFileDialog(const FileDialogOptions& spec) = 0;
     // The file chosen; empty when cancelled.
-    virtual QString saveFileDialog(const FileDialogSpec& spec) = 0;
+    virtual QString saveFileDialog(const FileDialogOptions& spec) = 0;
 
     // Shows one of the program's own dialogs modally and returns when it has
     // closed (or was never shown). Returns d.accepted(); the dialog's result

@@ -27,8 +27,8 @@ public:
         return defaultAnswer(b);
     }
     std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return {}; }
-    QStringList openFileDialog(const FileDialogSpec&) override { return {}; }
-    QString saveFileDialog(const FileDialogSpec&) override { return {}; }
+    QStringList openFileDialog(const FileDialogOptions&) override { return {}; }
+    QString saveFileDialog(const FileDialogOptions&) override { return {}; }
     bool runDialog(Dialog& d) override
     {
         ++dialogs;
@@ -134,7 +134,7 @@ TEST(frmPassword, CloseBoxCountsAsCancel)
     EXPECT_EQ(d.result(), frmPassword::canceledText());
 }
 
-TEST(FileDialogSpec, OldFiltersBecomeQtNameFilters)
+TEST(FileDialogOptions, OldFiltersBecomeQtNameFilters)
 {
     EXPECT_EQ(qtFilter(QStringLiteral("פלקור (*.pkr)|*.pkr")), QStringLiteral("פלקור (*.pkr)"));
     EXPECT_EQ(qtNameFilters(QStringLiteral("דפים|*.htm;*.html|הכל (ישן)|*.*|יתום")),

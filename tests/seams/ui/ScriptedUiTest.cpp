@@ -74,7 +74,7 @@ TEST(ScriptedUi, FileDialogsMatchTheTitleAndSplitSeveralPaths)
                       "שמירה => /d/report\n"
                       "ביטול => cancel\n")),
                   files.transcriptPath(), kArgs);
-    FileDialogSpec multi;
+    FileDialogOptions multi;
     multi.title = QStringLiteral("בחר קבצים");
     multi.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
     multi.defaultExt = QStringLiteral("pkr");
@@ -85,7 +85,7 @@ TEST(ScriptedUi, FileDialogsMatchTheTitleAndSplitSeveralPaths)
     multi.multiSelect = false;
     EXPECT_EQ(ui.openFileDialog(multi), QStringList{QStringLiteral("/d/a.pkr")});
 
-    FileDialogSpec save;
+    FileDialogOptions save;
     save.title = QStringLiteral("שמירה");
     save.defaultExt = QStringLiteral(".htm");
     EXPECT_EQ(ui.saveFileDialog(save), QStringLiteral("/d/report.htm"));

@@ -1,5 +1,5 @@
 // The trace writes its lines only while on, to a file of its own per process.
-#include "frame/Trace.h"
+#include "base/Trace.h"
 #include "seams/platform/ProfileFile.h"
 
 #include <QFile>

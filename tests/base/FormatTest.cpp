@@ -1,5 +1,5 @@
 // The text forms that statements, grids and command lines rely on.
-#include "frame/Format.h"
+#include "base/Format.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "QtPrinters.h"
-#include "tools/ProcessSupport.h"
+#include "app/ProcessSupport.h"
 
 using namespace pelkor;
 using namespace pelkor::proctest;
@@ -29,6 +29,7 @@ class DetailChild : public ::testing::Test {
 protected:
     void SetUp() override
     {
+        PELKOR_REQUIRE_PROGRAM("prjPelkor");
         parent.setHandler([this](const QString& t) { heard << t; });
         file = dir.filePath(QStringLiteral("my shop.pkr"));
     }

@@ -1,7 +1,7 @@
 // The verbs an instance starts with, as the senders write them, and what
 // is refused.
-#include "frame/CommandLine.h"
-#include "frame/Instances.h"
+#include "base/CommandLine.h"
+#include "base/Instances.h"
 
 #include <gtest/gtest.h>
 

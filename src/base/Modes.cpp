@@ -1,4 +1,4 @@
-#include "frame/Modes.h"
+#include "base/Modes.h"
 
 namespace pelkor {
 

@@ -2,7 +2,7 @@
 // outer host sends them: the test is the host, starts the run with its
 // boxes, finds the run's txtMessage listed under the process it started,
 // and reads in the run's trace what each text did.
-#include "frame/CommandLine.h"
+#include "base/CommandLine.h"
 #include "seams/bus/Bus.h"
 #include "seams/bus/Published.h"
 
@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "QtPrinters.h"
-#include "tools/ProcessSupport.h"
-#include "tools/TestHost.h"
+#include "app/ProcessSupport.h"
+#include "app/TestHost.h"
 
 using namespace pelkor;
 using namespace pelkor::proctest;
@@ -50,6 +50,7 @@ QStringList textsOf(const QList<Handled>& handled)
 
 TEST(WorkingRunTexts, EachTextDoesItsOwnThingAndCloseSaysUnload)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     RuntimeFolder folder;
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("shop.pkr"));
@@ -87,6 +88,7 @@ TEST(WorkingRunTexts, EachTextDoesItsOwnThingAndCloseSaysUnload)
 // that handler has landed or not.)
 TEST(WorkingRunTexts, SetIpusAndGotoIpusHaveTheSameEffect)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     RuntimeFolder folder;
     QTemporaryDir dir;
     const QString master = dir.filePath(QStringLiteral("master.pkr"));
@@ -122,6 +124,7 @@ TEST(WorkingRunTexts, SetIpusAndGotoIpusHaveTheSameEffect)
 // touched, not even opened.
 TEST(WorkingRunTexts, MalformedStartLinesTouchNoFile)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     RuntimeFolder folder;
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("my shop.pkr"));

@@ -8,7 +8,7 @@
 // that breaks that pattern shows as it came, so a test sees it.
 #pragma once
 
-#include "frame/CommandLine.h"
+#include "base/CommandLine.h"
 #include "seams/bus/Mailbox.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 // How children are started: their arguments as the child joins them back,
 // and the word that tells them to show themselves minimised.
-#include "frame/Instances.h"
+#include "base/Instances.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,4 +1,6 @@
-#include "frame/CommandLine.h"
+#include "base/CommandLine.h"
+
+#include "seams/bus/MailboxId.h"
 
 #include "seams/store/TextForms.h"
 
@@ -51,16 +53,17 @@ StartCommand parseDetail(const QString& args, bool merged)
         return wrong(QStringLiteral("detail: missing fields"));
     StartCommand c;
     c.verb = StartCommand::Verb::Detail;
-    c.progMode = 3;
+    c.progMode = modeDetail;
     c.isMerged = merged;
     if (!parseIdText(f[0], c.parentTxtMessage))
         return wrong(QStringLiteral("detail: bad id ") + f[0]);
     bool ok = false;
-    c.detailKind = f[1].toInt(&ok);
-    if (!ok || c.detailKind < 0 || c.detailKind > 4)
+    const int kind = f[1].toInt(&ok);
+    if (!ok || kind < detailIncome || kind > detailOfType)
         return wrong(QStringLiteral("detail: bad kind ") + f[1]);
+    c.detailKind = DetailKind(kind);
     QStringList g;
-    if (c.detailKind <= 2) {
+    if (c.detailKind <= detailDay) {
         if (!fieldsAndRest(rest, 2, g, c.file))
             return wrong(QStringLiteral("detail: missing fields"));
         if (!parseDay(g[0], c.fromDate))
@@ -75,7 +78,7 @@ StartCommand parseDetail(const QString& args, bool merged)
             return wrong(QStringLiteral("detail: missing fields"));
         if (!parseDay(g[0], c.fromDate) || !parseDay(g[1], c.toDate))
             return wrong(QStringLiteral("detail: bad date in ") + g[0] + QLatin1Char(' ') + g[1]);
-        if (c.detailKind == 3) {
+        if (c.detailKind == detailOfKind) {
             c.detailKindText = g[2];
         } else {
             c.detailTypeIndex = g[2].toInt(&ok);
@@ -110,22 +113,15 @@ StartCommand parseHosted(const QString& args)
 
 QString idText(std::uint32_t id)
 {
-    return QStringLiteral("%1").arg(id, 8, 16, QLatin1Char('0'));
+    return bus::idToText(id);
 }
 
 bool parseIdText(const QString& text, std::uint32_t& id)
 {
-    if (text.size() != 8)
-        return false;
-    bool ok = false;
-    const uint v = text.toUInt(&ok, 16);
-    if (!ok)
-        return false;
-    for (QChar ch : text)
-        if (!ch.isDigit() && !(ch.toLower() >= QLatin1Char('a') && ch.toLower() <= QLatin1Char('f')))
-            return false;
-    id = v;
-    return true;
+    const auto v = bus::parseId(text, bus::IdForm::Exact);
+    if (v)
+        id = *v;
+    return v.has_value();
 }
 
 QString newLineCommand(int type, std::uint32_t messagesWindow, std::uint32_t host1, std::uint32_t host2,
@@ -146,14 +142,14 @@ StartCommand parseCommandLine(const QString& theCommand)
     if (cmd.startsWith(QLatin1String("new"))) {
         StartCommand c;
         c.verb = StartCommand::Verb::New;
-        c.progMode = 4;
+        c.progMode = modeNewLines;
         const QChar t = cmd.size() > 3 ? cmd[3] : QChar();
         if (!t.isDigit() || t.digitValue() > 3) {
             c.verb = StartCommand::Verb::WrongNewLineType;
             c.reason = QStringLiteral("new: type ") + t;
             return c;
         }
-        c.newLineDialogType = t.digitValue();
+        c.newLineDialogType = NewLineDialogType(t.digitValue());
         // Positions counted from 1: 6-13, 15-22, 24-31 the ids, 33 on the file.
         if (cmd.size() < 33 || cmd[4] != QLatin1Char(' ') || cmd[13] != QLatin1Char(' ')
             || cmd[22] != QLatin1Char(' ') || cmd[31] != QLatin1Char(' '))
@@ -176,7 +172,7 @@ StartCommand parseCommandLine(const QString& theCommand)
         if (!fieldsAndRest(cmd.mid(7), 4, f, c.file))
             return wrong(QStringLiteral("merged: missing fields"));
         c.verb = StartCommand::Verb::Merged;
-        c.progMode = 5;
+        c.progMode = modeMergedReport;
         c.isMerged = true;
         c.mergedVerb = f[0];
         if (c.mergedVerb != QLatin1String("ktrep") && c.mergedVerb != QLatin1String("ktrpw")
@@ -191,19 +187,19 @@ StartCommand parseCommandLine(const QString& theCommand)
     if (cmd == QLatin1String("dayblnc")) {
         StartCommand c;
         c.verb = StartCommand::Verb::DayBalance;
-        c.progMode = 6;
+        c.progMode = modeDailySummarySplit;
         return c;
     }
     if (cmd.startsWith(QLatin1String("bank"))) {
         StartCommand c;
         c.verb = StartCommand::Verb::Bank;
-        c.progMode = 1;
+        c.progMode = modeFullScreen;
         return c;
     }
     if (cmd == QLatin1String("open") || cmd.startsWith(QLatin1String("open "))) {
         StartCommand c;
         c.verb = StartCommand::Verb::Open;
-        c.progMode = 1;
+        c.progMode = modeFullScreen;
         c.file = cmd.mid(5);
         return c;
     }
@@ -211,7 +207,7 @@ StartCommand parseCommandLine(const QString& theCommand)
     if (cmd.endsWith(QLatin1String(".pkr"), Qt::CaseInsensitive) && !cmd.startsWith(QLatin1Char('-'))) {
         StartCommand c;
         c.verb = StartCommand::Verb::Open;
-        c.progMode = 1;
+        c.progMode = modeFullScreen;
         c.file = cmd;
         return c;
     }

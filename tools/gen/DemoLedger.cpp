@@ -1,7 +1,7 @@
-#include "file/DemoLedger.h"
+#include "gen/DemoLedger.h"
 
 #include "file/Schema.h"
-#include "frame/Format.h"
+#include "base/Format.h"
 #include "seams/store/Connection.h"
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "file/LedgerGenerator.h"
+#include "gen/LedgerGenerator.h"
 
 #include "file/Schema.h"
 #include "seams/store/Connection.h"

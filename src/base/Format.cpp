@@ -1,4 +1,4 @@
-#include "frame/Format.h"
+#include "base/Format.h"
 
 #include <cmath>
 

@@ -56,20 +56,7 @@ inline QStringList promptsOf(const QString& transcript)
     return out;
 }
 
-// A ledger of the current schema with the standard kinds and types, a
-// Defaults row and the given lines (plain SQLite, so damage can be written).
-// old: a file from before the upgrades (no isAuto, invoiceCategs, ...).
-inline void makeLedger(const QString& file, const QString& linesSql, bool old = false)
-{
-    store::Connection cn;
-    cn.open(file, store::Connection::OpenMode::ReadWriteCreate);
-    cn.executeRaw(old ? schema::oldDataFileScript() : schema::dataFileScript());
-    schema::fillStandardCatalogue(cn);
-    cn.executeRaw(old ? QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0);")
-                      : QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');"
-                                       "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"));
-    cn.executeRaw(linesSql);
-}
+using testing::makeLedger;
 
 // Rows of a query on the file, "a|b" each, joined by ";".
 inline QString query(const QString& file, const QString& sql) { return testing::queryRows(file, sql); }

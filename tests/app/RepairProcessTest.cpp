@@ -10,8 +10,8 @@
 #include <csignal>
 
 #include "QtPrinters.h"
-#include "tools/ProcessSupport.h"
-#include "tools/TestHost.h"
+#include "app/ProcessSupport.h"
+#include "app/TestHost.h"
 
 using namespace pelkor::proctest;
 
@@ -57,6 +57,7 @@ QString dump(const QString& file)
 
 TEST(RepairProcess, DamagedFileIsRepairedAndReported)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("my shop.pkr"));
     makeLedger(file,
@@ -101,6 +102,7 @@ TEST(RepairProcess, DamagedFileIsRepairedAndReported)
 // to exactly what one uninterrupted run gives.
 TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     QTemporaryDir dir;
     const QString master = dir.filePath(QStringLiteral("master.pkr"));
     {
@@ -146,6 +148,7 @@ TEST(RepairProcess, KilledMidLoadLeavesNoHalfRepair)
 // mailbox, and the parent goes on (or ends).
 TEST(RepairProcess, BadLinesGoToARealChildAndBack)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     for (const bool ok : {true, false}) {
         SCOPED_TRACE(ok ? "OK" : "Cancel");
         QTemporaryDir dir;
@@ -171,6 +174,7 @@ TEST(RepairProcess, BadLinesGoToARealChildAndBack)
 // run, and its trace says why. The file is whole and as it was.
 TEST(RepairProcess, AChildKilledWithoutAWordEndsTheRepairRun)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     RuntimeFolder folder;
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("shop.pkr"));
@@ -216,6 +220,7 @@ TEST(RepairProcess, AChildKilledWithoutAWordEndsTheRepairRun)
 // ends: a new-line child never does.
 TEST(RepairProcess, UnderAHostOnlyTheRunSaysUnload)
 {
+    PELKOR_REQUIRE_PROGRAM("prjPelkor");
     RuntimeFolder folder;
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("shop.pkr"));

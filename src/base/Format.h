@@ -4,7 +4,7 @@
 // Statements, grids, command lines and pages all rely on these exact forms,
 // so every window uses these functions and none writes its own. They hold no
 // state. Not here: the lookups by type or kind, which need the arrays that
-// a load fills (file/), and the trace (frame/Trace.h).
+// a load fills (file/), and the trace (base/Trace.h).
 #pragma once
 
 #include "seams/store/Value.h"

@@ -1,4 +1,4 @@
-#include "frame/Instances.h"
+#include "base/Instances.h"
 
 #include <QPointer>
 #include <QProcess>

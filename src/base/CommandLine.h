@@ -28,6 +28,8 @@
 // (or "wrong newLineDialogType" for a bad new-line digit).
 #pragma once
 
+#include "base/Modes.h"
+
 #include <QDate>
 #include <QString>
 #include <QStringList>
@@ -38,13 +40,13 @@ namespace pelkor {
 struct StartCommand {
     enum class Verb { Empty, Open, New, Detail, Merged, DayBalance, Bank, Wrong, WrongNewLineType };
     Verb verb = Verb::Empty;
-    int progMode = 2;
-    int newLineDialogType = -1;
+    ProgMode progMode = modeOpenedFile;
+    NewLineDialogType newLineDialogType = lineDialogNone;
     std::uint32_t parentMessagesWindow = 0;  // new: the parent's frmMessages
     std::uint32_t hostTextBox1 = 0, hostTextBox2 = 0;  // new, or a host prefix
     std::uint32_t parentTxtMessage = 0;       // detail, merged: the sender's txtMessage
     QString file;                             // empty: from the parameters
-    int detailKind = -1;
+    DetailKind detailKind = detailNone;
     QDate fromDate, toDate;
     double conv = 0;
     QString detailKindText;                   // kind 3: the kind

@@ -1,6 +1,6 @@
-#include "frame/ExecuteSql.h"
+#include "base/SqlRunner.h"
 
-#include "frame/Trace.h"
+#include "base/Trace.h"
 #include "seams/store/Connection.h"
 
 namespace pelkor {

@@ -1,7 +1,7 @@
-#include "frame/BusLinks.h"
+#include "base/BusLinks.h"
 
-#include "frame/CommandLine.h"
-#include "frame/Trace.h"
+#include "base/CommandLine.h"
+#include "base/Trace.h"
 #include "seams/bus/Bus.h"
 #include "seams/bus/Mailbox.h"
 

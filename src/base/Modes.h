@@ -19,10 +19,23 @@ enum ProgMode {
 };
 
 enum NewLineDialogType {
+    lineDialogNone = -1,                 // not a new-line child
     lineDialogMultiplePelkorOneBank = 0, // balancing and new lines of one match
     lineDialogUnconfirmedBank = 1,       // bank rows that had no partner
     lineDialogUnconfirmedPelkor = 2,     // lines that did not reach the bank
     lineDialogBadLines = 3,              // valid kind, no valid date or sum
+};
+
+// What a detail child shows: one day's income, expenses or all lines
+// (with the conversion of its parent), or a period's lines of one kind or
+// one type.
+enum DetailKind {
+    detailNone = -1,
+    detailIncome = 0,
+    detailExpense = 1,
+    detailDay = 2,
+    detailOfKind = 3,
+    detailOfType = 4,
 };
 
 // The twelve banks, by place (iBank in memory, counted from 0): the

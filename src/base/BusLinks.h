@@ -5,7 +5,7 @@
 // tells the trace why a send did not arrive.
 #pragma once
 
-#include "frame/Instances.h"
+#include "base/Instances.h"
 
 #include <memory>
 
