@@ -504,7 +504,6 @@ LoadResult openDB(LoadParts& p, bool reasonIsRefresh)
     led.openDBisBusy = true;
     p.shown.frameButtonsEnabled = false;
     led.iRowAboveRed = -1;
-    led.iBankRowAboveRed = -1;
     led.zeeFound = false;
     led.IDWithFoundZee.clear();
     p.grid.msfgMainMarks = {};

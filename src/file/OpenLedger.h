@@ -35,7 +35,6 @@ struct OpenLedger {
     QString filePath;
     bool isCnOpen = false;
     QString linesTable = QStringLiteral("pelkor");
-    QString userPassword;
     bool openDBisBusy = false;             // a load is running: the window refuses to close
 
     // What a load reads.
@@ -50,7 +49,6 @@ struct OpenLedger {
     QDate ipusDate;
     QString ipusID;
     int iRowAboveRed = -1;                 // grid row above the red line; -1 none
-    int iBankRowAboveRed = -1;
     bool zeeFound = false;                 // a load met the mark
     QString IDWithFoundZee;                // the line that bore it when read
 

@@ -85,19 +85,4 @@ std::optional<bool> checkBankNum(OpenLedger& m)
     }
 }
 
-void setNDays(OpenLedger& m, int n)
-{
-    TraceScope t(m.trace, QStringLiteral("setNDays"));
-    auto rs = m.cn.execute(QStringLiteral("SELECT * FROM Defaults"));
-    bool has = false;
-    for (int i = 0; i < rs.fieldCount(); ++i)
-        has = has || rs.fieldName(i).compare(QLatin1String("NDays"), Qt::CaseInsensitive) == 0;
-    store::Transaction tx(m.cn);
-    if (!has)
-        m.sql.executeSQL(t.proc(), QStringLiteral("ALTER TABLE Defaults ADD NDays INTEGER"));
-    m.sql.executeSQL(t.proc(), QStringLiteral("UPDATE Defaults SET NDays=%1").arg(n));
-    tx.commit();
-    m.nDays = n;
-}
-
 } // namespace pelkor

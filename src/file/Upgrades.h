@@ -26,8 +26,5 @@ void resetBankInfo(OpenLedger& m);
 // demonstration feed (iBank 99). nullopt when Defaults cannot be read (the
 // entry stays as it is).
 std::optional<bool> checkBankNum(OpenLedger& m);
-// Stores the number of days of statement lines, adding the column to an
-// old file first. n must already be checked (10 to 90).
-void setNDays(OpenLedger& m, int n);
 
 } // namespace pelkor

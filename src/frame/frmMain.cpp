@@ -1,7 +1,9 @@
 #include "frame/frmMain.h"
 
 #include "file/Loader.h"
+#include "file/Opening.h"
 #include "frame/Controls.h"
+#include "frame/TextActions.h"
 #include "file/Schema.h"
 #include "base/Format.h"
 #include "base/Instances.h"
@@ -168,22 +170,7 @@ void frmMain::initializeForm()
 
 QString frmMain::readParameter(const QString& key)
 {
-    const QString path = env_.paths.paramsFile();
-    try {
-        store::Connection cn1;
-        if (!QFileInfo::exists(path)) {
-            // First start on this machine: the open dialogs start in the
-            // data directory, where the demo ledger lies too.
-            QDir().mkpath(QFileInfo(path).absolutePath());
-            schema::createParams(path, env_.paths.dataDir, QString());
-        }
-        cn1.open(path, store::Connection::OpenMode::ReadOnly);
-        auto rs = cn1.execute(QStringLiteral("SELECT T FROM PARAMETER WHERE PARAMETER='%1'").arg(fixString(key)));
-        return rs.eof() ? QString() : RemoveNull(rs.field(0));
-    } catch (const StoreError& e) {
-        trace_.traceLine(QStringLiteral("readParameter"), e.message());
-        return {};
-    }
+    return pelkor::readParameter(env_.paths, key, trace_);
 }
 
 bool frmMain::OpenCon()
@@ -193,43 +180,13 @@ bool frmMain::OpenCon()
         ledger_.filePath = instance_.command.file;
     else if (instance_.progMode != modeOpenedFile)
         ledger_.filePath = instance_.command.file.isEmpty() ? readParameter(QStringLiteral("CURRENTFILE")) : instance_.command.file;
-    shown_.lblFileName = getShortFileName(QDir::toNativeSeparators(QFileInfo(ledger_.filePath).absoluteFilePath()).replace(QLatin1Char('\\'), QLatin1Char('/')))
-        + QStringLiteral("   ");
-    const QString shortName = shown_.lblFileName.trimmed();
-    if (instance_.progMode != modeDetail) {
-        shown_.caption = QStringLiteral("פלקור - ") + shortName;
-    } else {
-        QString s = shortName + QStringLiteral(" - ");
-        s += instance_.detail.kind == 0 ? QStringLiteral("הכנסות") : instance_.detail.kind == 1 ? QStringLiteral("הוצאות") : QStringLiteral("תנועות");
-        if (instance_.detail.kind >= 0 && instance_.detail.kind <= 2) {
-            s += QStringLiteral(" לתאריך ") + formatDate224(instance_.detail.fromDate);
-            if (instance_.detail.conv == 0)
-                s += QStringLiteral(" (ללא המרה)");
-            else if (instance_.detail.conv > 0)
-                s += QStringLiteral(" (מוכפל ב: %1)").arg(instance_.detail.conv, 0, 'f', 4);
-            else
-                s += QStringLiteral(" (מחולק ב: %1)").arg(-instance_.detail.conv, 0, 'f', 4);
-        }
-        shown_.lblFileName = s;
-        shown_.caption = QStringLiteral("פירוט תנועות - ") + shortName;
-    }
+    const OpenTitles titles = openTitles(instance_, ledger_.filePath);
+    shown_.caption = titles.caption;
+    shown_.lblFileName = titles.lblFileName;
     emit changed();
     // Look before writing anything: a file that is no ledger is told and
     // left exactly as it was.
-    QString problem;
-    if (ledger_.filePath.isEmpty() || !QFileInfo(ledger_.filePath).isFile()) {
-        problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(ledger_.filePath);
-    } else {
-        try {
-            store::Connection look;
-            look.open(ledger_.filePath, store::Connection::OpenMode::ReadOnly);
-            if (!look.tableExists(QStringLiteral("pelkor")))
-                problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(ledger_.filePath);
-        } catch (const StoreError& e) {
-            t.line(e.message());
-            problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור ולא ניתן לפתוח אותו.").arg(ledger_.filePath);
-        }
-    }
+    QString problem = ledgerFileProblem(ledger_.filePath, trace_);
     if (problem.isEmpty() && !reopenCon())
         problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(ledger_.filePath);
     if (!problem.isEmpty()) {
@@ -420,40 +377,6 @@ void frmMain::cmdCancel_Click()
     exitProg();
 }
 
-namespace {
-
-// Every text txtMessage takes, in the order it is compared, with the
-// handler it runs; run is null for a handler this version does not have
-// yet. A handler that several texts run is one entry, so they cannot drift
-// apart: "gotoipus" is cmdIpus_Click like "setipus", not
-// cmdGoToIpusLine_Click.
-struct TextAction {
-    const char* texts[2];
-    const char* handler;
-    void (frmMain::*run)();
-};
-const TextAction textActions[] = {
-    {{"coordinate", nullptr}, "cmdCoordinate_Click", nullptr},
-    {{"add", nullptr}, "cmdAdd_Click", nullptr},
-    {{"gotoautomatic", nullptr}, "cmdGoToAutomaticCoordination_Click", nullptr},
-    {{"setipus", "gotoipus"}, "cmdIpus_Click", nullptr},
-    {{"refresh", "closed"}, "cmdRefresh_Click", &frmMain::cmdRefresh_Click},
-    {{"close", nullptr}, "cmdClose_Click", &frmMain::cmdClose_Click},
-    {{"bankcoord", nullptr}, "cmdBankCoordination_Click", nullptr},
-    {{"delete", nullptr}, "msfgMain_KeyUp", nullptr},   // key code 46, no shift
-};
-
-const TextAction* actionFor(const QString& text)
-{
-    for (const TextAction& a : textActions)
-        for (const char* t : a.texts)
-            if (t && text == QLatin1String(t))
-                return &a;
-    return nullptr;
-}
-
-} // namespace
-
 QString frmMain::txtMessageHandler(const QString& text)
 {
     if (const TextAction* a = actionFor(text))
@@ -499,22 +422,22 @@ bool frmMain::clickControl(const QString& name)
 {
     if (ended_)
         return false;
-    if (instance_.progMode == modeNewLines) {
-        if (name == QLatin1String("cmdOK")) {
-            guarded(name, [this] { cmdOK_Click(); });
-            return true;
-        }
-        if (name == QLatin1String("cmdCancel")) {
-            guarded(name, [this] { cmdCancel_Click(); });
-            return true;
-        }
-    }
-    if (name == QLatin1String("cmdClose")) {
-        guarded(name, [this] { cmdClose_Click(); });
-        return true;
-    }
-    if (name == QLatin1String("cmdRefresh")) {
-        guarded(name, [this] { cmdRefresh_Click(); });
+    // The controls a click by name reaches, and in which instances.
+    struct Clickable {
+        const char* name;
+        bool newLinesOnly;
+        void (frmMain::*click)();
+    };
+    static const Clickable clickables[] = {
+        {"cmdOK", true, &frmMain::cmdOK_Click},
+        {"cmdCancel", true, &frmMain::cmdCancel_Click},
+        {"cmdClose", false, &frmMain::cmdClose_Click},
+        {"cmdRefresh", false, &frmMain::cmdRefresh_Click},
+    };
+    for (const Clickable& c : clickables) {
+        if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
+            continue;
+        guarded(name, [this, &c] { (this->*c.click)(); });
         return true;
     }
     return false;

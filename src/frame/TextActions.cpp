@@ -1,0 +1,31 @@
+#include "frame/TextActions.h"
+
+#include "frame/frmMain.h"
+
+namespace pelkor {
+
+namespace {
+
+const TextAction textActions[] = {
+    {{"coordinate", nullptr}, "cmdCoordinate_Click", nullptr},
+    {{"add", nullptr}, "cmdAdd_Click", nullptr},
+    {{"gotoautomatic", nullptr}, "cmdGoToAutomaticCoordination_Click", nullptr},
+    {{"setipus", "gotoipus"}, "cmdIpus_Click", nullptr},
+    {{"refresh", "closed"}, "cmdRefresh_Click", &frmMain::cmdRefresh_Click},
+    {{"close", nullptr}, "cmdClose_Click", &frmMain::cmdClose_Click},
+    {{"bankcoord", nullptr}, "cmdBankCoordination_Click", nullptr},
+    {{"delete", nullptr}, "msfgMain_KeyUp", nullptr},   // key code 46, no shift
+};
+
+} // namespace
+
+const TextAction* actionFor(const QString& text)
+{
+    for (const TextAction& a : textActions)
+        for (const char* t : a.texts)
+            if (t && text == QLatin1String(t))
+                return &a;
+    return nullptr;
+}
+
+} // namespace pelkor
