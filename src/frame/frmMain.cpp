@@ -4,6 +4,7 @@
 #include "file/Opening.h"
 #include "frame/Controls.h"
 #include "frame/TextActions.h"
+#include "base/BusyFile.h"
 #include "file/Schema.h"
 #include "base/Format.h"
 #include "base/Instances.h"
@@ -35,6 +36,7 @@ frmMain::frmMain(Environment e, QObject* parent)
     : QObject(parent), env_(std::move(e)), ui_(*env_.ui),
       trace_(env_.paths.logDirectory(), env_.arguments.join(QLatin1Char(' ')))
 {
+    ledger_.cn.setBusyPolicy(&busy_);
     messages_ = env_.messages;
     if (!messages_) {
         ownMessages_ = std::make_unique<LocalMessages>();
@@ -471,22 +473,44 @@ void frmMain::handleZeroLines()
 void frmMain::guarded(const QString& proc, const std::function<void()>& fn)
 {
     QString text;
+    bool busy = false;
     try {
         fn();
         return;
     } catch (const StoreError& e) {
-        text = e.message();
+        text = e.fullText();
+        busy = e.kind() == StoreError::Kind::Busy;
     } catch (const std::exception& e) {
         text = QString::fromLocal8Bit(e.what());
     }
-    trace_.traceLine(proc, QStringLiteral("unexpected failure: ") + text);
-    // Whatever the failure interrupted, the window must not stay locked.
+    // The handler's name and the engine's words are for the trace; the user
+    // reads what happened to the work and to the file.
+    trace_.traceLine(proc, (busy ? QStringLiteral("gave up on a busy file: ") : QStringLiteral("unexpected failure: ")) + text);
+    // Whatever the failure interrupted, the window must not stay locked or
+    // stay on a stage of a load that is over.
+    const bool loadCut = ledger_.openDBisBusy || ledger_.lines.empty();
     ledger_.openDBisBusy = false;
     shown_.frameButtonsEnabled = true;
     shown_.enabled = true;
+    shown_.gridVisible = true;
+    shown_.lblStatus = loadCut ? QStringLiteral("הקובץ לא נטען עד סופו. לחץ F5 כדי לטעון אותו שוב.") : QStringLiteral("מוכן");
     emit changed();
-    ui_.msgBox(QStringLiteral("אירעה שגיאה בלתי צפויה ב-%1:\n%2\nהפעולה לא הושלמה; הנתונים שבקובץ לא נפגעו.").arg(proc, text),
-              title, Buttons::OK, Icon::Critical);
+    const QString file = QFileInfo(ledger_.filePath).fileName();
+    if (busy && instance_.progMode == modeOpenedFile) {
+        // The repair run has nothing to offer but the repair: it ends.
+        ui_.msgBox(QStringLiteral("תיקון הקובץ \"%1\" הופסק כי תוכנה אחרת מחזיקה בו. לא נעשה בו שום שינוי.\n"
+                                  "אפשר לתקן אותו שוב כשהקובץ יתפנה.").arg(file),
+                   title, Buttons::OK, Icon::Exclamation);
+        exitProg();
+        return;
+    }
+    if (busy) {
+        ui_.msgBox(QStringLiteral("הפעולה בוטלה כי הקובץ \"%1\" תפוס בידי תוכנה אחרת. הקובץ נשאר כפי שהיה.").arg(file),
+                   title, Buttons::OK, Icon::Exclamation);
+        return;
+    }
+    ui_.msgBox(QStringLiteral("אירעה שגיאה בלתי צפויה, והפעולה לא הושלמה. הנתונים שבקובץ לא נפגעו."), title, Buttons::OK,
+               Icon::Critical);
 }
 
 void frmMain::pause(int ms)
@@ -576,7 +600,10 @@ void frmMain::exitProg()
     if ((instance_.progMode == modeDetail || (instance_.progMode == modeMergedReport && instance_.isMerged)) && instance_.parentTxtMessage != 0)
         sendToParent(ledger_.sql.fileChanged ? QStringLiteral("closed") : QStringLiteral("nochange"));
     writeIni();
-    if (shown_.visible && !ledger_.filePath.isEmpty() && reopenCon()) {
+    // The setting is written only when it changed, so closing a file that
+    // another process holds never waits on it.
+    if (shown_.visible && !ledger_.filePath.isEmpty()
+        && shown_.mnuAutomaticBankCoordinationChecked != ledger_.isAutomatic && reopenCon()) {
         try {
             ledger_.cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(shown_.mnuAutomaticBankCoordinationChecked ? 1 : 0));
         } catch (const StoreError& e) {

@@ -16,6 +16,7 @@
 // run a whole start on a temporary folder with scripted dialogs.
 #pragma once
 
+#include "base/BusyFile.h"
 #include "base/Instance.h"
 #include "base/Shown.h"
 #include "base/Trace.h"
@@ -178,6 +179,7 @@ private:
     OpenLedger ledger_{trace_};
     MainGrid grid_;
     Shown shown_;
+    BusyFile busy_{ui_, shown_, *this, trace_};
 
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;

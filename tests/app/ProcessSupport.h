@@ -8,6 +8,7 @@
 #pragma once
 
 #include "file/Schema.h"
+#include "seams/bus/Published.h"
 #include "seams/platform/ProfileFile.h"
 #include "seams/store/Connection.h"
 
@@ -181,6 +182,17 @@ private:
 public:
     QString transcript;
 };
+
+// A working run started with args, traced, with the rules, ready for
+// texts: its txtMessage, or 0 when it did not get that far.
+inline quint32 startWorkingRun(Program& run, const QStringList& args, const QString& rules = {})
+{
+    if (!run.traceOn() || !run.setRules(rules) || !run.start(args))
+        return 0;
+    if (!run.waitForWindow(QStringLiteral("mode 1")))
+        return 0;
+    return bus::findPublished(run.pid(), QStringLiteral("txtMessage"));
+}
 
 // The texts a trace shows txtMessage taking, each with the lines its
 // handling traced between its start and its end (the text's own line

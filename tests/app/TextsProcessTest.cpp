@@ -27,17 +27,6 @@ const QString lines = QStringLiteral(
 // may be slow.
 constexpr int sendMs = 30000;
 
-// A working run on file under host, traced, ready for texts: its
-// txtMessage, or 0 when it did not get that far.
-quint32 startWorkingRun(Program& run, TestHost& host, const QString& file)
-{
-    if (!run.traceOn() || !run.setRules(QString()) || !run.start(host.arguments({QStringLiteral("open"), file})))
-        return 0;
-    if (!run.waitForWindow(QStringLiteral("mode 1")))
-        return 0;
-    return bus::findPublished(run.pid(), QStringLiteral("txtMessage"));
-}
-
 QStringList textsOf(const QList<Handled>& handled)
 {
     QStringList out;
@@ -57,7 +46,7 @@ TEST(WorkingRunTexts, EachTextDoesItsOwnThingAndCloseSaysUnload)
     makeLedger(file, lines);
     TestHost host;
     Program run(dir.path());
-    const quint32 box = startWorkingRun(run, host, file);
+    const quint32 box = startWorkingRun(run, host.arguments({QStringLiteral("open"), file}));
     ASSERT_NE(box, 0u) << run.prompts().join(QLatin1Char('\n')).toStdString();
 
     for (const char* text : {"nochange", "ltrb 25 300 770 300", "refresh", "refresh"}) {
@@ -102,7 +91,7 @@ TEST(WorkingRunTexts, SetIpusAndGotoIpusHaveTheSameEffect)
         ASSERT_TRUE(QFile::copy(master, file));
         TestHost host;
         Program run(runDir.path());
-        const quint32 box = startWorkingRun(run, host, file);
+        const quint32 box = startWorkingRun(run, host.arguments({QStringLiteral("open"), file}));
         ASSERT_NE(box, 0u);
         EXPECT_EQ(bus::send(box, text, sendMs), bus::SendResult::Delivered);
         EXPECT_EQ(bus::send(box, QStringLiteral("close"), sendMs), bus::SendResult::Delivered);

@@ -4,6 +4,7 @@
 #include "seams/store/JetFunctions.h"
 #include "seams/store/TextForms.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHash>
 #include <sqlite3.h>
@@ -11,6 +12,7 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
+#include <type_traits>
 
 namespace pelkor::store {
 
@@ -27,8 +29,17 @@ QString engineMessage(sqlite3* db)
     return db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
 }
 
+bool isBusyCode(int rc)
+{
+    return (rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED;
+}
+
+// A failure because another process holds the file is Busy, whatever the
+// caller was doing.
 [[noreturn]] void fail(StoreError::Kind kind, sqlite3* db, const QString& subject)
 {
+    if (db && isBusyCode(sqlite3_errcode(db)))
+        kind = StoreError::Kind::Busy;
     throw StoreError(kind, engineMessage(db), subject);
 }
 
@@ -62,7 +73,8 @@ void run(sqlite3* db, const char* sql, const QString& subject)
     if (sqlite3_exec(db, sql, nullptr, nullptr, &err) != SQLITE_OK) {
         const QString msg = err ? QString::fromUtf8(err) : engineMessage(db);
         sqlite3_free(err);
-        throw StoreError(StoreError::Kind::Statement, msg, subject);
+        throw StoreError(isBusyCode(sqlite3_errcode(db)) ? StoreError::Kind::Busy : StoreError::Kind::Statement, msg,
+                         subject);
     }
 }
 
@@ -515,6 +527,73 @@ struct Connection::Impl {
     QString path;
     OpenMode mode = OpenMode::ReadWrite;
     OrderColumns orderColumns;
+    BusyPolicy* busyPolicy = nullptr;
+    QElapsedTimer waited;      // since the engine first met the file held
+    qint64 lastNotice = 0;
+    bool noticed = false;      // waiting() was told of this wait
+
+    // The engine's busy handler: sleep a little and try again, telling the
+    // policy how long the wait has lasted, until its patience is spent.
+    static int onBusy(void* self, int count)
+    {
+        auto* d = static_cast<Impl*>(self);
+        if (count == 0) {
+            d->waited.start();
+            d->lastNotice = 0;
+        }
+        const qint64 ms = d->waited.elapsed();
+        if (ms >= (d->busyPolicy ? d->busyPolicy->patienceMs() : busyTimeoutMs))
+            return 0;
+        // Notices a quarter of a second apart: often enough to look alive,
+        // seldom enough not to cost the wait anything.
+        if (d->busyPolicy && ms - d->lastNotice >= 250) {
+            d->lastNotice = ms;
+            d->noticed = true;
+            d->busyPolicy->waiting(d->path, int(ms));
+        }
+        // Short sleeps first: most writers of a ledger finish in a few
+        // milliseconds.
+        sqlite3_sleep(count < 10 ? 5 : 25);
+        return 1;
+    }
+
+    // Runs fn, and again each time it fails because the file is held and
+    // the policy says to wait once more. A statement that failed busy
+    // changed nothing, so running it again is safe.
+    template <class F>
+    auto withBusyRetry(F&& fn) -> decltype(fn())
+    {
+        for (;;) {
+            try {
+                if constexpr (std::is_void_v<decltype(fn())>) {
+                    fn();
+                    endWait();
+                    return;
+                } else {
+                    auto r = fn();
+                    endWait();
+                    return r;
+                }
+            } catch (const StoreError& e) {
+                if (e.kind() != StoreError::Kind::Busy || !busyPolicy) {
+                    endWait();
+                    throw;
+                }
+                noticed = true;
+                if (!busyPolicy->retry(path)) {
+                    endWait();
+                    throw;
+                }
+            }
+        }
+    }
+
+    void endWait()
+    {
+        if (noticed && busyPolicy)
+            busyPolicy->done(path);
+        noticed = false;
+    }
 };
 
 Connection::Connection() : d(std::make_unique<Impl>()) {}
@@ -552,10 +631,14 @@ void Connection::open(const QString& path, OpenMode mode)
         sqlite3_close_v2(db);
         throw StoreError(StoreError::Kind::Open, why, path);
     };
+    auto refuseBusy = [&] {
+        sqlite3_close_v2(db);
+        throw StoreError(StoreError::Kind::Busy, QStringLiteral("The file '%1' is locked by another user").arg(path), path);
+    };
     if (rc != SQLITE_OK)
         refuse(QStringLiteral("Cannot open '%1': %2").arg(path, engineMessage(db)));
     sqlite3_extended_result_codes(db, 1);
-    sqlite3_busy_timeout(db, busyTimeoutMs);
+    sqlite3_busy_handler(db, &Impl::onBusy, d.get());
     if (mode != OpenMode::ReadOnly && sqlite3_db_readonly(db, "main") == 1)
         refuse(QStringLiteral("The file '%1' is read-only; it cannot be opened for writing").arg(path));
 
@@ -568,8 +651,8 @@ void Connection::open(const QString& path, OpenMode mode)
         sqlite3_finalize(st);
         if ((prc & 0xff) == SQLITE_NOTADB)
             refuse(QStringLiteral("The file '%1' is not a database").arg(path));
-        if ((prc & 0xff) == SQLITE_BUSY || (prc & 0xff) == SQLITE_LOCKED)
-            refuse(QStringLiteral("The file '%1' is locked by another user").arg(path));
+        if (isBusyCode(prc))
+            refuseBusy();
         if (prc != SQLITE_ROW)
             refuse(QStringLiteral("Cannot read '%1': %2").arg(path, engineMessage(db)));
     }
@@ -579,8 +662,8 @@ void Connection::open(const QString& path, OpenMode mode)
         if (prc == SQLITE_OK)
             prc = sqlite3_step(st);
         sqlite3_finalize(st);
-        if ((prc & 0xff) == SQLITE_BUSY || (prc & 0xff) == SQLITE_LOCKED)
-            refuse(QStringLiteral("The file '%1' is locked by another user").arg(path));
+        if (isBusyCode(prc))
+            refuseBusy();
         if (prc != SQLITE_ROW)
             refuse(QStringLiteral("Cannot open '%1' for writing: %2").arg(path, engineMessage(db)));
     }
@@ -601,6 +684,8 @@ void Connection::close()
     }
 }
 
+void Connection::setBusyPolicy(BusyPolicy* policy) { d->busyPolicy = policy; }
+
 bool Connection::isOpen() const { return d && d->db; }
 
 const QString& Connection::path() const { return d->path; }
@@ -619,18 +704,22 @@ Recordset Connection::execute(const QString& sql)
         }
         return d->orderColumns.plain(table, column);
     });
-    Attachment attached(d->db, tr.attachFile, sql);
-    if (tr.form == Translation::Form::SelectInto)
-        return Recordset::affected(selectInto(d->db, tr, sql));
-    Stmt st(d->db, tr.sql, sql);
-    bindAssigned(d->db, st, tr, sql);
-    return collect(d->db, st, sql);
+    return d->withBusyRetry([&] {
+        Attachment attached(d->db, tr.attachFile, sql);
+        if (tr.form == Translation::Form::SelectInto)
+            return Recordset::affected(selectInto(d->db, tr, sql));
+        Stmt st(d->db, tr.sql, sql);
+        bindAssigned(d->db, st, tr, sql);
+        return collect(d->db, st, sql);
+    });
 }
 
 void Connection::executeRaw(const QString& sqliteScript)
 {
     if (!isOpen())
         throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), sqliteScript);
+    // A script is not run again on a busy file: its first statements may
+    // have run already.
     run(d->db, sqliteScript.toUtf8().constData(), sqliteScript);
 }
 
@@ -640,14 +729,14 @@ void Connection::begin()
         throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), QStringLiteral("BEGIN"));
     // IMMEDIATE takes the write lock at once, so two processes never both
     // read and then both wait to write.
-    run(d->db, d->mode == OpenMode::ReadOnly ? "BEGIN" : "BEGIN IMMEDIATE", QStringLiteral("BEGIN"));
+    d->withBusyRetry([&] { run(d->db, d->mode == OpenMode::ReadOnly ? "BEGIN" : "BEGIN IMMEDIATE", QStringLiteral("BEGIN")); });
 }
 
 void Connection::commit()
 {
     if (!isOpen())
         throw StoreError(StoreError::Kind::Statement, QStringLiteral("The connection is closed"), QStringLiteral("COMMIT"));
-    run(d->db, "COMMIT", QStringLiteral("COMMIT"));
+    d->withBusyRetry([&] { run(d->db, "COMMIT", QStringLiteral("COMMIT")); });
 }
 
 void Connection::rollback()

@@ -21,6 +21,21 @@ struct sqlite3;
 
 namespace pelkor::store {
 
+// What a connection does while another process holds its file. The engine
+// waits, telling waiting() about every quarter of a second how long it has
+// waited (so a window can say so); after patienceMs() retry() decides
+// whether to wait that long again or to give up, in which case the
+// statement fails with StoreError(Busy) having changed nothing. done() ends
+// a wait that waiting() was told of, whichever way it ended.
+class BusyPolicy {
+public:
+    virtual ~BusyPolicy() = default;
+    virtual void waiting(const QString& file, int waitedMs) = 0;
+    virtual bool retry(const QString& file) = 0;
+    virtual void done(const QString& file) = 0;
+    virtual int patienceMs() const { return 3000; }
+};
+
 class Connection {
 public:
     enum class OpenMode { ReadWrite, ReadWriteCreate, ReadOnly };
@@ -58,6 +73,11 @@ public:
     bool tableExists(const QString& table);
 
     sqlite3* handle() const;
+
+    // The policy for a file another process holds; null (the default): wait
+    // five seconds, then fail with StoreError(Busy). It stays through
+    // close() and open(). Not owned.
+    void setBusyPolicy(BusyPolicy* policy);
 
 private:
     struct Impl;

@@ -19,6 +19,8 @@ public:
         Translate,   // the statement is not in the dialect the store speaks
         Statement,   // the engine refused the statement
         Conversion,  // a text assigned to a numeric or date column is no number or date
+        Busy,        // another process held the file and the wait for it was given up;
+                     // the statement changed nothing
     };
 
     StoreError(Kind kind, const QString& message, const QString& subject = {})
