@@ -317,8 +317,9 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
         if (!led.catalogue.isCategory(L.kind)) {
             p.ui.msgBox(QStringLiteral("נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\n") + FormatKind(L.kind),
                         QStringLiteral("סיווג לא חוקי"), Buttons::OK, Icon::Exclamation);
-            led.sql.executeSQL(proc, QStringLiteral("DELETE FROM %1 WHERE id = %2 AND kind = '%3'")
-                                         .arg(tb, L.Id, fixString(L.kind)));
+            // By the id alone: a Null kind, or one with a quote in it,
+            // must go as the box promised.
+            led.sql.executeSQL(proc, QStringLiteral("DELETE FROM %1 WHERE id = %2").arg(tb, L.Id));
             continue;
         }
         L.confirm = fixString(RemoveNull(rs.at(r, 3)));
@@ -351,6 +352,10 @@ void placeZeroingMark(LoadParts& p)
     const QString& tb = led.linesTable;
     if (led.iRowAboveRed == -1)
         led.iRowAboveRed = led.rows() - 1;
+    // The mark stood on a line that the load deleted (no valid kind), and
+    // every line left is later than its date: the first line takes it.
+    if (led.iRowAboveRed < 1)
+        led.iRowAboveRed = 1;
     led.ipusID = led.lines[size_t(led.iRowAboveRed - 1)].Id;
     if (led.IDWithFoundZee != led.ipusID) {
         const QString proc = QStringLiteral("openDB");

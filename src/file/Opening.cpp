@@ -5,6 +5,8 @@
 #include "base/Trace.h"
 #include "file/Schema.h"
 #include "seams/platform/Paths.h"
+#include "seams/store/Probe.h"
+#include "seams/ui/Ui.h"
 #include "seams/store/Connection.h"
 
 #include <QDir>
@@ -42,20 +44,84 @@ OpenTitles openTitles(const Instance& inst, const QString& filePath)
     return o;
 }
 
-QString ledgerFileProblem(const QString& filePath, Trace& trace)
+QString salvageName(const QString& filePath)
 {
-    if (filePath.isEmpty() || !QFileInfo(filePath).isFile())
-        return QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(filePath);
-    try {
-        store::Connection look;
-        look.open(filePath, store::Connection::OpenMode::ReadOnly);
-        if (!look.tableExists(QStringLiteral("pelkor")))
-            return QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
-    } catch (const StoreError& e) {
-        trace.traceLine(QStringLiteral("OpenCon"), e.message());
-        return QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור ולא ניתן לפתוח אותו.").arg(filePath);
+    const QFileInfo info(filePath);
+    const QString base = info.absolutePath() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral(" - משוחזר");
+    QString name = base + QStringLiteral(".pkr");
+    for (int n = 2; QFileInfo::exists(name); ++n)
+        name = base + QStringLiteral(" %1.pkr").arg(n);
+    return name;
+}
+
+namespace {
+
+QString writeProblem(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    switch (store::writeBlock(path)) {
+    case store::WriteBlock::FileSystem:
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": הכונן שהוא נמצא בו הוא לקריאה בלבד.\n"
+                              "העתק את הקובץ לתיקייה שאפשר לכתוב בה ופתח אותו משם.").arg(name);
+    case store::WriteBlock::Folder:
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": אין הרשאה לכתוב בתיקייה \"%2\" שהוא נמצא בה.\n"
+                              "העתק את הקובץ לתיקייה שאפשר לכתוב בה ופתח אותו משם.")
+            .arg(name, QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
+    case store::WriteBlock::File:
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": הקובץ מוגדר לקריאה בלבד.\n"
+                              "בטל את הגדרת הקריאה בלבד שלו ופתח אותו שוב.").arg(name);
+    case store::WriteBlock::None:
+        break;
     }
     return {};
+}
+
+} // namespace
+
+LedgerFileCheck checkLedgerFile(const QString& filePath, ui::Ui& ui, Trace& trace)
+{
+    LedgerFileCheck c{filePath, {}};
+    const QString name = QFileInfo(filePath).fileName();
+    const store::ProbeResult pr = store::probe(filePath);
+    if (!pr.detail.isEmpty())
+        trace.traceLine(QStringLiteral("OpenCon"), filePath + QStringLiteral(": ") + pr.detail);
+    switch (pr.kind) {
+    case store::FileKind::Missing:
+        c.problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(filePath);
+        return c;
+    case store::FileKind::NotDatabase:
+        c.problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו נתונים שפלקור יודע לקרוא.").arg(filePath);
+        return c;
+    case store::FileKind::Damaged: {
+        const QString saved = salvageName(filePath);
+        const QString offer = QStringLiteral("הקובץ \"%1\" פגום: חלק מהנתונים שבו אינם ניתנים לקריאה. הקובץ עצמו לא ישתנה.\n\n"
+                                             "לשמור את כל מה שעוד ניתן לקרוא ממנו בקובץ חדש לידו, \"%2\", ולפתוח אותו?")
+                                  .arg(name, QFileInfo(saved).fileName());
+        if (ui.msgBox(offer, QStringLiteral("קובץ פגום"), ui::Buttons::YesNo, ui::Icon::Exclamation) != ui::Answer::Yes) {
+            c.problem = QStringLiteral("הקובץ \"%1\" פגום ולא נפתח. הוא נשאר כפי שהיה.").arg(name);
+            return c;
+        }
+        const store::SalvageResult sr = store::salvage(filePath, saved);
+        trace.traceLine(QStringLiteral("OpenCon"), QStringLiteral("salvaged %1 rows to %2 %3").arg(sr.rows).arg(saved, sr.why));
+        if (sr.rows < 0) {
+            c.problem = QStringLiteral("לא ניתן היה לקרוא דבר מהקובץ הפגום \"%1\". הוא נשאר כפי שהיה.").arg(name);
+            return c;
+        }
+        ui.msgBox(QStringLiteral("מה שניתן היה לקרוא נשמר בקובץ \"%1\", והוא נפתח עכשיו.\n"
+                                 "בדוק את השורות האחרונות מול דף הבנק: ייתכן שחלק מהן אבד.").arg(QFileInfo(saved).fileName()),
+                  QStringLiteral("קובץ פגום"), ui::Buttons::OK, ui::Icon::Information);
+        c.path = saved;
+        return checkLedgerFile(saved, ui, trace);
+    }
+    case store::FileKind::Database:
+        break;
+    }
+    if (!pr.tables.contains(QStringLiteral("pelkor"), Qt::CaseInsensitive)) {
+        c.problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
+        return c;
+    }
+    c.problem = writeProblem(filePath);
+    return c;
 }
 
 QString readParameter(const platform::Paths& paths, const QString& key, Trace& trace)

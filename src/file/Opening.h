@@ -12,6 +12,7 @@
 namespace pelkor {
 
 namespace platform { struct Paths; }
+namespace ui { class Ui; }
 class Trace;
 struct Instance;
 
@@ -23,9 +24,21 @@ struct OpenTitles {
 };
 OpenTitles openTitles(const Instance& instance, const QString& filePath);
 
-// Why filePath cannot be opened as a ledger, in words for the user; empty
-// when it can. Reads only.
-QString ledgerFileProblem(const QString& filePath, Trace& trace);
+// Whether filePath can be opened for work, found out before anything is
+// written: a file that is missing, is no database, holds no ledger, or
+// cannot be written is refused with words that say which (problem). A
+// damaged ledger is left untouched; the user is offered to save what can
+// be read of it into a new file beside it, which is then the file to open
+// (path). Asks through ui only for that offer.
+struct LedgerFileCheck {
+    QString path;       // the file to open: filePath, or the saved copy
+    QString problem;    // not empty: refused, and why
+};
+LedgerFileCheck checkLedgerFile(const QString& filePath, ui::Ui& ui, Trace& trace);
+
+// Where the readable part of a damaged file is saved: beside it, under a
+// name that does not exist yet.
+QString salvageName(const QString& filePath);
 
 // A value of PelkorParams.mdb in the data directory ("" when the key is
 // missing or the file cannot be read). The file is made on the first start

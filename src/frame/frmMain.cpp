@@ -182,13 +182,16 @@ bool frmMain::OpenCon()
         ledger_.filePath = instance_.command.file;
     else if (instance_.progMode != modeOpenedFile)
         ledger_.filePath = instance_.command.file.isEmpty() ? readParameter(QStringLiteral("CURRENTFILE")) : instance_.command.file;
+    // Look before writing anything: a file that is no ledger, or cannot be
+    // written, is told and left exactly as it was; a damaged one may be
+    // saved into a new file, which is then the one opened.
+    const LedgerFileCheck check = checkLedgerFile(ledger_.filePath, ui_, trace_);
+    ledger_.filePath = check.path;
     const OpenTitles titles = openTitles(instance_, ledger_.filePath);
     shown_.caption = titles.caption;
     shown_.lblFileName = titles.lblFileName;
     emit changed();
-    // Look before writing anything: a file that is no ledger is told and
-    // left exactly as it was.
-    QString problem = ledgerFileProblem(ledger_.filePath, trace_);
+    QString problem = check.problem;
     if (problem.isEmpty() && !reopenCon())
         problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(ledger_.filePath);
     if (!problem.isEmpty()) {

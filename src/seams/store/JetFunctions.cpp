@@ -49,17 +49,21 @@ void isDate(sqlite3_context* ctx, int, sqlite3_value** argv)
 
 void isNumeric(sqlite3_context* ctx, int, sqlite3_value** argv)
 {
+    // A stored infinity (written by another tool) is no sum: it would turn
+    // every balance after it into nonsense.
     int r = 0;
     switch (sqlite3_value_type(argv[0])) {
     case SQLITE_INTEGER:
-    case SQLITE_FLOAT:
         r = 1;
+        break;
+    case SQLITE_FLOAT:
+        r = std::isfinite(sqlite3_value_double(argv[0])) ? 1 : 0;
         break;
     case SQLITE_TEXT: {
         const auto* p = reinterpret_cast<const char*>(sqlite3_value_text(argv[0]));
         const int n = sqlite3_value_bytes(argv[0]);
         double v;
-        r = p && text::parseNumber(p, p + n, v) ? 1 : 0;
+        r = p && text::parseNumber(p, p + n, v) && std::isfinite(v) ? 1 : 0;
         break;
     }
     default:
