@@ -29,4 +29,11 @@ bool MailboxBus::sendToHost(std::uint32_t box1, std::uint32_t box2, const QStrin
     return r == bus::SendResult::Delivered || r == bus::SendResult::Nobody;
 }
 
+bool MailboxBus::alive(std::uint32_t id)
+{
+    // Reading the box's text runs nothing on its side; a box that is there
+    // but slow to answer counts as alive.
+    return bus::get(id, 500).result != bus::SendResult::NoSuchBox;
+}
+
 } // namespace pelkor

@@ -30,6 +30,7 @@ public:
     explicit MailboxBus(Trace* trace = nullptr) : trace_(trace) {}
     bool send(std::uint32_t id, const QString& text) override;
     bool sendToHost(std::uint32_t box1, std::uint32_t box2, const QString& text) override;
+    bool alive(std::uint32_t id) override;
 private:
     Trace* trace_;
 };

@@ -58,6 +58,9 @@ public:
     // The outer host: focus to box1, the text to box1, focus to box2 (the
     // host's box fires on leaving). Nothing when box1 is 0.
     virtual bool sendToHost(std::uint32_t box1, std::uint32_t box2, const QString& text) = 0;
+    // False once no box answers to id (its process ended); true while one
+    // may, and for a bus that cannot tell.
+    virtual bool alive(std::uint32_t id) { (void)id; return true; }
 };
 
 // How a started instance shows its window. The verb lines are fixed, so a

@@ -62,6 +62,25 @@ frmMain::frmMain(Environment e, QObject* parent)
 
 frmMain::~frmMain() = default;
 
+void frmMain::watchParent()
+{
+    const std::uint32_t parent = instance_.progMode == modeNewLines ? instance_.parentMessagesWindow : instance_.parentTxtMessage;
+    if (parent == 0 || !env_.bus)
+        return;
+    connect(&parentWatch_, &QTimer::timeout, this, [this, parent] {
+        guarded(QStringLiteral("parentWatch"), [this, parent] {
+            if (ended_ || ledger_.openDBisBusy || env_.bus->alive(parent))
+                return;
+            parentWatch_.stop();
+            trace_.traceLine(QStringLiteral("parentWatch"), QStringLiteral("the parent is gone; closing"));
+            exitProg();
+        });
+    });
+    // A parent's end is noticed within two seconds; looking costs one
+    // connection to its box.
+    parentWatch_.start(2000);
+}
+
 LoadParts frmMain::loadParts()
 {
     return LoadParts{ledger_, instance_, grid_, shown_, ui_, *this};
@@ -159,6 +178,8 @@ void frmMain::initializeForm()
         if (ended_)
             return;
         shown_.visible = true;
+        if (instance_.progMode == modeDetail || instance_.progMode == modeNewLines || instance_.isMerged)
+            watchParent();
         announceReady();
         // A working run stays open on its lines: no report, no end.
         if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank)
@@ -630,6 +651,7 @@ void frmMain::endProcess(int code)
     timer2_.stop();
     timer3_.stop();
     checker_.stop();
+    parentWatch_.stop();
     trace_.setOn(false);
     if (env_.endProcess)
         env_.endProcess(code);

@@ -171,6 +171,9 @@ private:
     LoadParts loadParts();
     // Waits the given milliseconds with the event loop running.
     void pause(int ms);
+    // A child whose parent has gone closes itself: its work is in the file
+    // already (every edit is written at once).
+    void watchParent();
 
     Environment env_;
     ui::Ui& ui_;
@@ -183,7 +186,7 @@ private:
 
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;
-    QTimer timer2_, timer3_, checker_;
+    QTimer timer2_, timer3_, checker_, parentWatch_;
     bool ended_ = false;
     bool exiting_ = false;
     int exitCode_ = 0;
