@@ -188,7 +188,10 @@ void frmMain::initializeForm()
     }
     }
     shown_.gridVisible = shown_.gridVisible || instance_.progMode == modeOpenedFile;
-    setStatus(QStringLiteral("מוכן"));
+    // The bad-lines child tells what its buttons do with lines not mended.
+    setStatus(instance_.isBadLinesChild() && !ended_
+                  ? QStringLiteral("אישור: סכום שאינו מספר יהפוך ל-0. ביטול: השורות יישארו כפי שהן ויוצגו שוב בפתיחה הבאה.")
+                  : QStringLiteral("מוכן"));
 }
 
 QString frmMain::readParameter(const QString& key)
@@ -346,8 +349,12 @@ void frmMain::timerCoordinationMessageChecker_Timer()
         }
     } else {
         reopenCon();
-        if (instance_.newLineDialogType == lineDialogBadLines)
+        if (instance_.newLineDialogType == lineDialogBadLines) {
+            ui_.msgBox(QStringLiteral("השורות שחסר בהן תאריך או סכום נשארו בקובץ כפי שהיו, ולכן הקובץ לא נפתח.\n"
+                                      "בפעם הבאה שהקובץ ייפתח הן יוצגו שוב לתיקון."),
+                       title, Buttons::OK, Icon::Information);
             exitProg();
+        }
     }
 }
 

@@ -165,7 +165,23 @@ TEST(RepairProcess, BadLinesGoToARealChildAndBack)
         EXPECT_EQ(got.contains(QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה|OK")), ok);
         EXPECT_EQ(query(file, QStringLiteral("SELECT out FROM pelkor WHERE id=2")),
                   ok ? QStringLiteral("0") : QStringLiteral("12,x"));
+        if (ok)
+            continue;
+        // Cancel says what became of the lines, and the next run offers
+        // them again.
+        EXPECT_TRUE(got.contains(QStringLiteral("msgbox|פלקור|השורות שחסר בהן תאריך או סכום נשארו בקובץ כפי שהיו, ולכן הקובץ לא נפתח.\\n"
+                                                "בפעם הבאה שהקובץ ייפתח הן יוצגו שוב לתיקון.|OK")))
+            << got.join(QLatin1Char('\n')).toStdString();
+        const QString again = dir.filePath(QStringLiteral("again.tsv"));
+        EXPECT_EQ(repairRun(dir.path(), file, -1, rule, again), 0);
+        EXPECT_TRUE(promptsOf(again).contains(child)) << promptsOf(again).join(QLatin1Char('\n')).toStdString();
     }
+}
+
+// Mending a bad line in the child by key presses, on a real display.
+TEST(RepairProcess, ABadLineIsMendedInTheChildByKeys)
+{
+    GTEST_SKIP() << "the child's grid takes no typing yet: cells cannot be edited";
 }
 
 // The new-line child dies without a word (killed while the user would be
