@@ -26,6 +26,11 @@ public:
     virtual void handleZeroLines() = 0;
     // Ends the instance in order (temporary tables, parent, settings, host).
     virtual void exitProg() = 0;
+    // Reloads the file, landing on the same line (F5, the refresh button).
+    virtual void refresh() = 0;
+    // The keyboard follows the column: Hebrew for text, English for kinds
+    // and sums. Where the desktop cannot switch, nothing happens.
+    virtual void keyboardLanguage(bool hebrew) = 0;
 };
 
 } // namespace pelkor

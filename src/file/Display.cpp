@@ -312,6 +312,19 @@ void updateCursorCells(const OpenLedger& led, const Instance& inst, GridModel& g
     g.setRedraw(wasOn);
 }
 
+void restoreCellStyle(const OpenLedger& led, const Instance& inst, GridModel& g, int row, int col, long long balancingLineID)
+{
+    const int i = row - 1;
+    if (i < 0 || i >= int(led.lines.size()) || row >= g.Rows() || col < colMark || col >= g.Cols())
+        return;
+    if (col == colBalance) {
+        const std::uint8_t alt = size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
+        g.setStyle(row, col, balanceStyle(led, led.lines[size_t(i)], colors::balanceBack[alt & 1]));
+        return;
+    }
+    g.setStyle(row, col, cellStyle(led, i, col, rowColor(led, inst, i, lineIdText(balancingLineID))));
+}
+
 RedLinePlace maybeDrawLine(int iRowAboveRed, int topRow, int visibleRows, int progMode, bool isMerged)
 {
     if (progMode == modeDetail || progMode == modeNewLines || isMerged || iRowAboveRed < 1)

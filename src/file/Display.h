@@ -128,6 +128,12 @@ struct CursorMarks {
 // fixed column, which never show them.
 void updateCursorCells(const OpenLedger& led, const Instance& inst, grid::GridModel& g, CursorMarks& marks, long long balancingLineID = -1);
 
+// Gives cell (row, col) of line row-1 the colours the rules give it (the
+// row's colour, the mark's colour, forecast sums, the credit test), as a
+// load drew it; nothing outside the lines' rows and editable columns.
+void restoreCellStyle(const OpenLedger& led, const Instance& inst, grid::GridModel& g, int row, int col,
+                      long long balancingLineID = -1);
+
 // ---- the red line ------------------------------------------------------------
 struct RedLinePlace {
     bool visible = false;

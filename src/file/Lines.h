@@ -19,6 +19,8 @@ namespace pelkor {
 
 // The null date: it stands for an empty date column.
 inline QDate nullDate() { return QDate(1600, 1, 1); }
+// The date of a new line whose date has not been filled yet.
+inline QDate newLineNoDate() { return QDate(1900, 1, 1); }
 
 struct TypeRec {
     int TypeNum = 0;

@@ -553,9 +553,31 @@ void frmMain::pause(int ms)
 
 void frmMain::msfgMain_EnterCell()
 {
-    grid_.row = grid_.msfgMain.Row();
-    grid_.topRow = grid_.msfgMain.TopRow();
-    updateCursorCells(ledger_, instance_, grid_.msfgMain, grid_.msfgMainMarks, grid_.balancingLineID);
+    if (!edit_.loaded) {
+        // Before the first load is done the cursor only shows where it is.
+        grid_.row = grid_.msfgMain.Row();
+        grid_.topRow = grid_.msfgMain.TopRow();
+        updateCursorCells(ledger_, instance_, grid_.msfgMain, grid_.msfgMainMarks, grid_.balancingLineID);
+        return;
+    }
+    editor_.msfgMain_EnterCell();
+}
+
+void frmMain::linesLoaded()
+{
+    // A load rebuilt the grid: no editor stays open over it, and the cursor
+    // starts afresh where the load put it.
+    edit_.loaded = true;
+    edit_.txtCell.visible = edit_.txtCombo.visible = edit_.cmbTypesVisible = false;
+    edit_.mustGoBack = false;
+    edit_.prevRow = grid_.msfgMain.Row();
+    edit_.prevCol = grid_.msfgMain.Col();
+    emit loaded();
+}
+
+void frmMain::keyboardLanguage(bool hebrew)
+{
+    (void)hebrew;
 }
 
 void frmMain::mnuCreateLogFile_Click()

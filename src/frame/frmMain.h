@@ -23,6 +23,8 @@
 #include "base/WindowCalls.h"
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
+#include "ledger/EditState.h"
+#include "ledger/LedgerEditor.h"
 #include "seams/platform/Paths.h"
 
 #include <QDate>
@@ -72,6 +74,8 @@ public:
     const Shown& shown() const { return shown_; }
     ui::Ui& ui() { return ui_; }
     Trace& trace() { return trace_; }
+    EditState& editState() { return edit_; }
+    LedgerEditor& editor() { return editor_; }
 
     // ---- start and end ------------------------------------------------
     // Form_Load and initializeForm: reads the settings, branches on the
@@ -149,7 +153,9 @@ public:
 
     // WindowCalls.
     void shownChanged() override { emit changed(); }
-    void linesLoaded() override { emit loaded(); }
+    void linesLoaded() override;
+    void refresh() override { cmdRefresh_Click(); }
+    void keyboardLanguage(bool hebrew) override;
 
     bool ended() const { return ended_; }
     int exitCode() const { return exitCode_; }
@@ -183,6 +189,8 @@ private:
     MainGrid grid_;
     Shown shown_;
     BusyFile busy_{ui_, shown_, *this, trace_};
+    EditState edit_;
+    LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}};
 
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;

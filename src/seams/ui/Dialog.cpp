@@ -96,6 +96,15 @@ bool Dialog::setControl(const QString& name, const QString& value)
         return isOn(value) ? click(name) : true;
     case Kind::Label:
         return false;
+    case Kind::ListBox:
+        for (const QString& item : c->items) {
+            if (item == value || item.section(QLatin1Char(' '), 0, 0) == value) {
+                c->value = item;
+                onClick(name);
+                return true;
+            }
+        }
+        return false;
     }
     return false;
 }

@@ -25,7 +25,7 @@ namespace pelkor::ui {
 
 class Dialog {
 public:
-    enum class Kind { Button, Option, CheckBox, TextBox, Label };
+    enum class Kind { Button, Option, CheckBox, TextBox, Label, ListBox };
 
     struct Control {
         QString name;
@@ -36,10 +36,13 @@ public:
         bool visible = true;
         bool secret = false;  // a text box whose text is not shown (a password)
         QString group;        // option buttons of one group exclude each other
+        QStringList items;    // a list box's rows; its value is the selected row
     };
 
     virtual ~Dialog() = default;
 
+    // A list box takes a row by its text, or by the text before its first
+    // blank (a code): the row is selected and its Click handler runs.
     // The form's name, e.g. "frmNoIpus": the scripted Ui's transcript kind,
     // and what QtUi picks the view by.
     virtual QString name() const = 0;

@@ -1,0 +1,144 @@
+// LedgerEditor: the user changes the ledger in the main grid.
+//
+// Nothing is written while the user types. The write happens in one place,
+// msfgMainLeaveCell, which runs whenever the cursor leaves a cell: it
+// compares the cell's text with the line's record, validates, asks about
+// history above the red line, writes one statement per changed value on
+// the table linesTable names, updates the record and recalculates. Every
+// other route (the editors, F2, F8, the kind dialog) only puts text into
+// the cell and lets this commit run.
+//
+// The editors are state here (EditState): the view lays txtCell or the
+// type pair over the cell and reports what the user typed. Keys come from
+// the view as Qt key codes; the handlers move the grid model's cursor and
+// call the commit and msfgMain_EnterCell as the grid's events would.
+//
+// Split over three files: LedgerEditor.cpp (the commit and the return to a
+// failed cell), CellEditors.cpp (opening the editors, the type list and its
+// completion, the kind dialog, the colour), GridKeys.cpp (the keys).
+#pragma once
+
+#include "ledger/EditState.h"
+
+#include <QDate>
+#include <QString>
+#include <Qt>
+
+namespace pelkor {
+
+namespace ui { class Ui; }
+class WindowCalls;
+struct Instance;
+struct MainGrid;
+struct OpenLedger;
+struct Shown;
+namespace grid { class GridModel; }
+
+// The parts the editing works on.
+struct EditParts {
+    OpenLedger& ledger;
+    const Instance& instance;
+    MainGrid& grid;
+    Shown& shown;
+    ui::Ui& ui;
+    WindowCalls& window;
+    EditState& edit;
+    QDate today;
+};
+
+class LedgerEditor {
+public:
+    explicit LedgerEditor(EditParts parts) : p_(parts) {}
+
+    // ---- the commit and the cursor ----------------------------------------
+    void msfgMainLeaveCell();
+    void msfgMain_EnterCell();
+    // True when the user declined to touch history above the red line.
+    bool canceledBecauseAboveRed(bool isDateCol);
+    // The first load is done: the commit and the cursor events may run.
+    void setLoaded();
+
+    // ---- the editors --------------------------------------------------------
+    // Opens the editor on the current cell: "^" (or a double click) and
+    // Enter open it with the cell's text and the caret at the end; another
+    // key above blank opens it with that character alone.
+    void GridEdit(QChar keyAscii);
+    // The view reports the editors' text and selection as the user edits.
+    void txtCell_Change(const QString& text, int selStart, int selLength);
+    void txtCombo_Change(const QString& text, int selStart, int selLength);
+    // A click on a row of the type list.
+    void cmbTypes_Click(int index);
+    // Completes theTxt from the type list (txtCombo over cmbTypes).
+    void doSearch();
+    // A double click on a cell.
+    void msfgMain_DblClick();
+    // The kind dialog on the current line; the choice goes into the cell
+    // and is committed.
+    void doKindDlg(const QString& currentKind);
+    // A colour chosen for the current line.
+    void cmbColors_Click(const QString& colorName);
+    // Takes an open editor's text into the cell and closes it (the grid
+    // got the focus back).
+    void msfgMain_GotFocus();
+
+    // ---- keys ---------------------------------------------------------------
+    // A key on the grid with no editor open; true when it was taken.
+    bool msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods);
+    // A character typed on the grid: opens the editor with it.
+    void msfgMain_KeyPress(QChar ch);
+    // A key in txtCell, txtCombo or the type list; true when it was taken
+    // (the editor does not handle it itself).
+    bool txtCell_KeyDown(int key, Qt::KeyboardModifiers mods);
+    bool cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods);
+
+    // ---- lookups on the catalogue -------------------------------------------
+    // +k for the k-th income type in list order, -k for the k-th expense
+    // type, 999 for a name not in the list.
+    int getTypeIndex(const QString& name) const;
+    // The type's own number; 999 if none.
+    int GetTypeBigIndex(const QString& name) const;
+    // The name of a type list row: the text before the first "(", trimmed.
+    static QString TrimType(const QString& row);
+
+    // Which column the keyboard language follows and the window's state
+    // around the cursor (called after each settled move).
+    void updateDisplay();
+
+private:
+    // Column rules of the commit.
+    void commitKind(int iLine, bool onNewLine);
+    void commitDate(int iLine, bool onNewLine);
+    void commitText(int iLine, bool onNewLine, bool isDetail);
+    void commitIn(int iLine, bool onNewLine);
+    void commitOut(int iLine, bool onNewLine);
+    void commitType(int iLine, bool onNewLine);
+    void sumTail(bool executed);
+    // Runs a statement unless the row is the unsaved new line.
+    bool exec(const QString& sql, bool onNewLine);
+    void refuse(const QString& message, const QString& recordText);
+    void keep(const QString& recordText);
+    QString cell(int col) const;
+    void setCell(int col, const QString& text);
+    void setCellAt(int row, int col, const QString& text);
+    int currentLine() const;
+    bool isConfirmedRow(int row) const;
+    bool sumsLocked() const;
+    QString recordDateText(int iLine) const;
+
+    // Editors.
+    void openTypeList(QChar keyAscii);
+    void closeEditors();
+    // The cursor moves as the keys of the grid and the editors move it.
+    void commitAndMove(int dRow, int dCol);
+    void nextCell(bool forward);
+    void afterMoveTo(int row, int col);
+    void F2(bool inEditor);
+    void F8();
+    void takeEditorText(bool throughFixString);
+
+    grid::GridModel& g() const;
+
+    EditParts p_;
+};
+
+} // namespace pelkor
