@@ -1,0 +1,147 @@
+// FeedWriter: building a feed file beside the target and renaming it into
+// place. See FeedWriter.h.
+#include "FeedWriter.h"
+
+#include "file/Schema.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <sqlite3.h>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace pelkor::feed {
+
+namespace {
+
+struct Db {
+    sqlite3* h = nullptr;
+    ~Db() { if (h) sqlite3_close_v2(h); }
+    QString lastError() const { return QString::fromUtf8(sqlite3_errmsg(h)); }
+    bool exec(const char* sql) { return sqlite3_exec(h, sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
+    bool exec(const QString& sql) { return exec(sql.toUtf8().constData()); }
+};
+
+struct Stmt {
+    sqlite3_stmt* s = nullptr;
+    ~Stmt() { sqlite3_finalize(s); }
+};
+
+bool syncFile(const QString& path)
+{
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    if (fd < 0)
+        return false;
+    const bool ok = ::fsync(fd) == 0;
+    ::close(fd);
+    return ok;
+}
+
+void bindText(sqlite3_stmt* s, int i, const QString& t)
+{
+    if (t.isEmpty()) {
+        sqlite3_bind_null(s, i);
+        return;
+    }
+    const QByteArray u = t.toUtf8();
+    sqlite3_bind_text(s, i, u.constData(), int(u.size()), SQLITE_TRANSIENT);
+}
+
+// The renames of the old feed, "accountNum|description" pairs; none when
+// there is no old feed or it cannot be read.
+QList<QPair<QString, QString>> oldRenames(const QString& path)
+{
+    QList<QPair<QString, QString>> out;
+    if (!QFileInfo::exists(path))
+        return out;
+    Db db;
+    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &db.h, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
+        return out;
+    Stmt st;
+    if (sqlite3_prepare_v2(db.h, "SELECT accountNum, description FROM main", -1, &st.s, nullptr) != SQLITE_OK)
+        return out;
+    while (sqlite3_step(st.s) == SQLITE_ROW)
+        out.append({QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st.s, 0))),
+                    QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st.s, 1)))});
+    return out;
+}
+
+QString build(const QString& tmp, const QString& table, const QList<FeedRow>& rows,
+              const QList<QPair<QString, QString>>& renames)
+{
+    Db db;
+    if (sqlite3_open_v2(QFile::encodeName(tmp).constData(), &db.h, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                        nullptr) != SQLITE_OK)
+        return db.h ? db.lastError() : QStringLiteral("sqlite");
+    // The new file is nobody's until the rename: no journal is needed, a
+    // failure deletes it. It is flushed once, before the rename.
+    QStringList tables = schema::bankFeedTables();
+    if (!tables.contains(table))
+        tables << table;
+    if (!db.exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;") || !db.exec(schema::feedScript(tables)) ||
+        !db.exec("BEGIN"))
+        return db.lastError();
+    Stmt ins;
+    const QString sql = QStringLiteral("INSERT INTO %1 (accountNum, transactionID, date, confirm, description, \"in\", "
+                                       "out, balance, part) VALUES (?,?,?,?,?,?,?,?,0)")
+                            .arg(table);
+    if (sqlite3_prepare_v2(db.h, sql.toUtf8().constData(), -1, &ins.s, nullptr) != SQLITE_OK)
+        return db.lastError();
+    char date[11];
+    for (const FeedRow& r : rows) {
+        bindText(ins.s, 1, r.account);
+        sqlite3_bind_int64(ins.s, 2, r.transactionID);
+        std::snprintf(date, sizeof date, "%04d-%02d-%02d", r.date.year(), r.date.month(), r.date.day());
+        sqlite3_bind_text(ins.s, 3, date, 10, SQLITE_TRANSIENT);
+        bindText(ins.s, 4, r.confirm);
+        bindText(ins.s, 5, r.description);
+        sqlite3_bind_double(ins.s, 6, r.in);
+        sqlite3_bind_double(ins.s, 7, r.out);
+        sqlite3_bind_double(ins.s, 8, r.balance);
+        if (sqlite3_step(ins.s) != SQLITE_DONE)
+            return db.lastError();
+        sqlite3_reset(ins.s);
+    }
+    Stmt ren;
+    if (sqlite3_prepare_v2(db.h, "INSERT INTO main (accountNum, description) VALUES (?,?)", -1, &ren.s, nullptr) !=
+        SQLITE_OK)
+        return db.lastError();
+    for (const auto& [account, description] : renames) {
+        bindText(ren.s, 1, account);
+        bindText(ren.s, 2, description);
+        if (sqlite3_step(ren.s) != SQLITE_DONE)
+            return db.lastError();
+        sqlite3_reset(ren.s);
+    }
+    if (!db.exec("COMMIT"))
+        return db.lastError();
+    return {};
+}
+
+} // namespace
+
+QString writeFeed(const QString& path, const QString& table, const QList<FeedRow>& rows)
+{
+    const QString tmp = QStringLiteral("%1.new-%2").arg(path).arg(QCoreApplication::applicationPid());
+    QFile::remove(tmp);
+    const QString failed = build(tmp, table, rows, oldRenames(path));
+    if (!failed.isEmpty() || !syncFile(tmp)) {
+        QFile::remove(tmp);
+        return QStringLiteral("כתיבת קובץ הנתונים %1 נכשלה: %2").arg(tmp, failed.isEmpty() ? QStringLiteral("fsync") : failed);
+    }
+    // rename(2) replaces the old feed in one step: a reader sees the old
+    // file or the new one, never a mixture. The old feed's WAL files, if a
+    // reader left them, belong to the old file and go with it.
+    if (::rename(QFile::encodeName(tmp).constData(), QFile::encodeName(path).constData()) != 0) {
+        QFile::remove(tmp);
+        return QStringLiteral("החלפת קובץ הנתונים %1 נכשלה").arg(path);
+    }
+    QFile::remove(path + QStringLiteral("-wal"));
+    QFile::remove(path + QStringLiteral("-shm"));
+    return {};
+}
+
+} // namespace pelkor::feed

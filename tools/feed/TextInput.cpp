@@ -1,0 +1,392 @@
+// TextInput: decoding statement bytes and reading amounts and dates. See
+// TextInput.h for the rules.
+#include "TextInput.h"
+
+#include <QRegularExpression>
+#include <QStringDecoder>
+
+#include <cmath>
+
+namespace pelkor::feed {
+
+namespace {
+
+// Bytes 0x80-0xFF of windows-1255; 0xFFFD where the code page defines none.
+const char16_t cp1255High[128] = {
+    0x20AC,0xFFFD,0x201A,0x0192,0x201E,0x2026,0x2020,0x2021,0x02C6,0x2030,0xFFFD,0x2039,0xFFFD,0xFFFD,0xFFFD,0xFFFD,
+    0xFFFD,0x2018,0x2019,0x201C,0x201D,0x2022,0x2013,0x2014,0x02DC,0x2122,0xFFFD,0x203A,0xFFFD,0xFFFD,0xFFFD,0xFFFD,
+    0x00A0,0x00A1,0x00A2,0x00A3,0x20AA,0x00A5,0x00A6,0x00A7,0x00A8,0x00A9,0x00D7,0x00AB,0x00AC,0x00AD,0x00AE,0x00AF,
+    0x00B0,0x00B1,0x00B2,0x00B3,0x00B4,0x00B5,0x00B6,0x00B7,0x00B8,0x00B9,0x00F7,0x00BB,0x00BC,0x00BD,0x00BE,0x00BF,
+    0x05B0,0x05B1,0x05B2,0x05B3,0x05B4,0x05B5,0x05B6,0x05B7,0x05B8,0x05B9,0xFFFD,0x05BB,0x05BC,0x05BD,0x05BE,0x05BF,
+    0x05C0,0x05C1,0x05C2,0x05C3,0x05F0,0x05F1,0x05F2,0x05F3,0x05F4,0xFFFD,0xFFFD,0xFFFD,0xFFFD,0xFFFD,0xFFFD,0xFFFD,
+    0x05D0,0x05D1,0x05D2,0x05D3,0x05D4,0x05D5,0x05D6,0x05D7,0x05D8,0x05D9,0x05DA,0x05DB,0x05DC,0x05DD,0x05DE,0x05DF,
+    0x05E0,0x05E1,0x05E2,0x05E3,0x05E4,0x05E5,0x05E6,0x05E7,0x05E8,0x05E9,0x05EA,0xFFFD,0xFFFD,0x200E,0x200F,0xFFFD};
+
+// Bytes 0x80-0x9F of windows-1252; from 0xA0 on it is ISO-8859-1.
+const char16_t cp1252Low[32] = {
+    0x20AC,0xFFFD,0x201A,0x0192,0x201E,0x2026,0x2020,0x2021,0x02C6,0x2030,0x0160,0x2039,0x0152,0xFFFD,0x017D,0xFFFD,
+    0xFFFD,0x2018,0x2019,0x201C,0x201D,0x2022,0x2013,0x2014,0x02DC,0x2122,0x0161,0x203A,0x0153,0xFFFD,0x017E,0x0178};
+
+bool hebrewLetterByte(unsigned char c) { return c >= 0xE0 && c <= 0xFA; }
+
+// Hebrew in windows-1255 is words of letters 0xE0-0xFA, so nearly every
+// high byte stands next to another; Western text has one accented letter
+// among plain ones. Three in four high bytes in such runs decide for Hebrew.
+bool looksLikeWindows1255(const QByteArray& b)
+{
+    qsizetype high = 0, inRuns = 0;
+    for (qsizetype i = 0; i < b.size(); ++i) {
+        const auto c = static_cast<unsigned char>(b[i]);
+        if (c < 0x80)
+            continue;
+        ++high;
+        const bool prev = i > 0 && hebrewLetterByte(static_cast<unsigned char>(b[i - 1]));
+        const bool next = i + 1 < b.size() && hebrewLetterByte(static_cast<unsigned char>(b[i + 1]));
+        if (hebrewLetterByte(c) && (prev || next))
+            ++inRuns;
+    }
+    return high > 0 && inRuns * 4 >= high * 3;
+}
+
+enum class Claim { None, Utf8, Hebrew, Western };
+
+Claim claimOf(const QString& declared)
+{
+    const QString d = declared.trimmed().toLower();
+    if (d.isEmpty() || d == QLatin1String("none"))
+        return Claim::None;
+    if (d.contains(QLatin1String("utf-8")) || d.contains(QLatin1String("utf8")) || d == QLatin1String("unicode"))
+        return Claim::Utf8;
+    if (d.contains(QLatin1String("1255")) || d.contains(QLatin1String("8859-8")) || d.contains(QLatin1String("hebrew")))
+        return Claim::Hebrew;
+    return Claim::Western;  // 1252, ISO-8859-1, US-ASCII, latin1
+}
+
+} // namespace
+
+QString encodingName(Encoding e)
+{
+    switch (e) {
+    case Encoding::Utf8: return QStringLiteral("UTF-8");
+    case Encoding::Utf8Bom: return QStringLiteral("UTF-8 (BOM)");
+    case Encoding::Utf16LE: return QStringLiteral("UTF-16LE");
+    case Encoding::Utf16BE: return QStringLiteral("UTF-16BE");
+    case Encoding::Windows1255: return QStringLiteral("windows-1255");
+    case Encoding::Windows1252: return QStringLiteral("windows-1252");
+    }
+    return {};
+}
+
+bool isValidUtf8(const QByteArray& bytes)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.constData());
+    const qsizetype n = bytes.size();
+    for (qsizetype i = 0; i < n;) {
+        const unsigned char c = p[i];
+        int more = 0;
+        char32_t cp = 0;
+        if (c < 0x80) { ++i; continue; }
+        if (c >= 0xC2 && c <= 0xDF) { more = 1; cp = c & 0x1F; }
+        else if (c >= 0xE0 && c <= 0xEF) { more = 2; cp = c & 0x0F; }
+        else if (c >= 0xF0 && c <= 0xF4) { more = 3; cp = c & 0x07; }
+        else return false;
+        if (i + more >= n)  // the sequence runs past the end
+            return false;
+        for (int k = 1; k <= more; ++k) {
+            if ((p[i + k] & 0xC0) != 0x80)
+                return false;
+            cp = (cp << 6) | (p[i + k] & 0x3F);
+        }
+        // Overlong forms, surrogates and values past U+10FFFF are not UTF-8.
+        if ((more == 2 && cp < 0x800) || (more == 3 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+            (cp >= 0xD800 && cp <= 0xDFFF))
+            return false;
+        i += more + 1;
+    }
+    return true;
+}
+
+QString fromWindows1255(const QByteArray& bytes)
+{
+    QString out(bytes.size(), Qt::Uninitialized);
+    QChar* o = out.data();
+    for (char ch : bytes) {
+        const auto c = static_cast<unsigned char>(ch);
+        *o++ = QChar(c < 0x80 ? char16_t(c) : cp1255High[c - 0x80]);
+    }
+    return out;
+}
+
+QString fromWindows1252(const QByteArray& bytes)
+{
+    QString out(bytes.size(), Qt::Uninitialized);
+    QChar* o = out.data();
+    for (char ch : bytes) {
+        const auto c = static_cast<unsigned char>(ch);
+        *o++ = QChar(c < 0x80 || c >= 0xA0 ? char16_t(c) : cp1252Low[c - 0x80]);
+    }
+    return out;
+}
+
+QByteArray toWindows1255(const QString& text)
+{
+    QByteArray out;
+    out.reserve(text.size());
+    for (QChar ch : text) {
+        const char16_t u = ch.unicode();
+        if (u < 0x80) {
+            out += char(u);
+            continue;
+        }
+        char b = '?';
+        for (int i = 0; i < 128; ++i)
+            if (cp1255High[i] == u) {
+                b = char(0x80 + i);
+                break;
+            }
+        out += b;
+    }
+    return out;
+}
+
+DecodedText decodeText(const QByteArray& bytes, const QString& declared)
+{
+    DecodedText r;
+    if (bytes.startsWith("\xEF\xBB\xBF")) {
+        r.text = QString::fromUtf8(bytes.mid(3));
+        r.encoding = Encoding::Utf8Bom;
+        return r;
+    }
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")) {
+        const bool le = bytes.startsWith("\xFF\xFE");
+        QStringDecoder dec(le ? QStringDecoder::Utf16LE : QStringDecoder::Utf16BE);
+        r.text = dec(bytes.mid(2));
+        r.encoding = le ? Encoding::Utf16LE : Encoding::Utf16BE;
+        return r;
+    }
+    if (isValidUtf8(bytes)) {
+        r.text = QString::fromUtf8(bytes);
+        r.encoding = Encoding::Utf8;
+        return r;
+    }
+    const Claim claim = claimOf(declared);
+    const bool hebrew = claim == Claim::Hebrew || ((claim == Claim::None || claim == Claim::Utf8) && looksLikeWindows1255(bytes));
+    r.encoding = hebrew ? Encoding::Windows1255 : Encoding::Windows1252;
+    r.text = hebrew ? fromWindows1255(bytes) : fromWindows1252(bytes);
+    return r;
+}
+
+QString notAStatement(const QByteArray& bytes)
+{
+    if (bytes.trimmed().isEmpty())
+        return QStringLiteral("הקובץ ריק");
+    // Text files hold no NUL and few control characters; an image, an
+    // archive or a spreadsheet in its binary form holds many. UTF-16 is text.
+    if (!bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF")) {
+        const qsizetype n = std::min<qsizetype>(bytes.size(), 8192);
+        qsizetype control = 0;
+        for (qsizetype i = 0; i < n; ++i) {
+            const auto c = static_cast<unsigned char>(bytes[i]);
+            if (c == 0)
+                return QStringLiteral("הקובץ בינארי (בבית %1 יש תו אפס) ואינו קובץ טקסט").arg(i + 1);
+            if (c < 0x20 && c != '\n' && c != '\r' && c != '\t' && c != '\f')
+                ++control;
+        }
+        if (control * 20 > n)
+            return QStringLiteral("הקובץ בינארי ואינו קובץ טקסט");
+    }
+    static const QRegularExpression html(QStringLiteral("^\\s*(<!doctype\\s+html|<html|<head|<body)"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    const QString start = QString::fromLatin1(bytes.left(512));
+    if (html.match(start).hasMatch()) {
+        static const QRegularExpression title(QStringLiteral("<title>([^<]*)</title>"),
+                                              QRegularExpression::CaseInsensitiveOption);
+        const auto m = title.match(QString::fromUtf8(bytes.left(4096)));
+        const QString t = m.hasMatch() ? m.captured(1).simplified() : QString();
+        return t.isEmpty() ? QStringLiteral("הקובץ הוא דף אינטרנט (HTML) ולא דף חשבון")
+                           : QStringLiteral("הקובץ הוא דף אינטרנט (HTML) ולא דף חשבון: \"%1\"").arg(t);
+    }
+    return {};
+}
+
+QChar decimalMarkOf(const QStringList& texts)
+{
+    static const QRegularExpression commaDecimal(QStringLiteral(",\\d{1,2}\\s*-?\\)?\\s*$"));
+    for (const QString& t0 : texts) {
+        const QString t = t0.trimmed();
+        if (commaDecimal.match(t).hasMatch())
+            return QLatin1Char(',');
+        const qsizetype lastComma = t.lastIndexOf(QLatin1Char(',')), lastDot = t.lastIndexOf(QLatin1Char('.'));
+        if (lastComma >= 0 && lastDot >= 0)
+            return lastComma > lastDot ? QLatin1Char(',') : QLatin1Char('.');
+    }
+    return QLatin1Char('.');
+}
+
+std::optional<double> parseAmount(const QString& text, QChar decimalMark)
+{
+    QString t = text.trimmed();
+    if (t.isEmpty())
+        return std::nullopt;
+    bool negative = false;
+    if (t.startsWith(QLatin1Char('(')) && t.endsWith(QLatin1Char(')'))) {
+        negative = true;
+        t = t.mid(1, t.size() - 2).trimmed();
+    }
+    // Currency signs and codes around the digits: ₪, $, €, "ILS", "ש\"ח".
+    static const QRegularExpression currency(
+        QStringLiteral("^(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)\\s*|\\s*(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)$"));
+    t.remove(currency);
+    t = t.trimmed();
+    // U+2212 and the en dash serve as minus in some exports.
+    t.replace(QChar(0x2212), QLatin1Char('-'));
+    if (t.startsWith(QLatin1Char('-')) || t.startsWith(QLatin1Char('+'))) {
+        negative = negative != (t[0] == QLatin1Char('-'));
+        t = t.mid(1).trimmed();
+    } else if (t.endsWith(QLatin1Char('-'))) {
+        negative = !negative;
+        t.chop(1);
+        t = t.trimmed();
+    }
+    if (t.isEmpty())
+        return std::nullopt;
+    const QChar group = decimalMark == QLatin1Char(',') ? QLatin1Char('.') : QLatin1Char(',');
+    QString digits;
+    digits.reserve(t.size());
+    bool seenDecimal = false, seenDigit = false;
+    for (QChar c : t) {
+        if (c.isDigit() && c.unicode() < 128) {
+            digits += c;
+            seenDigit = true;
+        } else if (c == decimalMark && !seenDecimal) {
+            digits += QLatin1Char('.');
+            seenDecimal = true;
+        } else if ((c == group || c == QLatin1Char(' ') || c == QChar(0xA0) || c == QLatin1Char('\'')) && !seenDecimal &&
+                   seenDigit) {
+            continue;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (!seenDigit)
+        return std::nullopt;
+    bool ok = false;
+    const double v = digits.toDouble(&ok);
+    if (!ok || !std::isfinite(v) || v > 1e13)
+        return std::nullopt;
+    return negative ? -v : v;
+}
+
+namespace {
+
+struct DateParts {
+    int a = 0, b = 0, c = 0;
+    int aDigits = 0, cDigits = 0;
+};
+
+std::optional<DateParts> partsOf(const QString& text)
+{
+    static const QRegularExpression re(
+        QStringLiteral("^\\s*(\\d{1,4})([./-])(\\d{1,2})\\2(\\d{2}|\\d{4})(?:[T ].*|[+-]\\d\\d:\\d\\d|Z)?\\s*$"));
+    const auto m = re.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    DateParts p;
+    p.a = m.captured(1).toInt();
+    p.aDigits = int(m.captured(1).size());
+    p.b = m.captured(3).toInt();
+    p.c = m.captured(4).toInt();
+    p.cDigits = int(m.captured(4).size());
+    return p;
+}
+
+int fullYear(int y, int digits)
+{
+    // Two-digit years: statements are of this century and the last.
+    if (digits == 2)
+        return y < 70 ? 2000 + y : 1900 + y;
+    return y;
+}
+
+} // namespace
+
+DateOrder dateOrderOf(const QStringList& texts)
+{
+    for (const QString& t : texts) {
+        const auto p = partsOf(t);
+        if (!p)
+            continue;
+        if (p->aDigits == 4)
+            return DateOrder::YearFirst;
+        if (p->a > 12)
+            return DateOrder::DayFirst;
+        if (p->b > 12)
+            return DateOrder::MonthFirst;
+    }
+    return DateOrder::DayFirst;
+}
+
+std::optional<QDate> parseDate(const QString& text, DateOrder order, bool* invalid)
+{
+    if (invalid)
+        *invalid = false;
+    const auto p = partsOf(text);
+    if (!p)
+        return std::nullopt;
+    int y = 0, m = 0, d = 0;
+    if (p->aDigits == 4) {
+        y = p->a; m = p->b; d = p->c;
+        if (p->cDigits != 2 && p->cDigits != 1) {
+            if (invalid) *invalid = true;
+            return std::nullopt;
+        }
+    } else if (p->aDigits > 2) {
+        if (invalid) *invalid = true;
+        return std::nullopt;
+    } else {
+        y = fullYear(p->c, p->cDigits);
+        if (order == DateOrder::MonthFirst) { m = p->a; d = p->b; }
+        else { d = p->a; m = p->b; }
+    }
+    const QDate date(y, m, d);
+    if (!date.isValid()) {
+        if (invalid) *invalid = true;
+        return std::nullopt;
+    }
+    return date;
+}
+
+QStringList splitDelimited(const QString& line, QChar separator)
+{
+    QStringList cells;
+    QString cell;
+    bool quoted = false, wasQuoted = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar c = line[i];
+        if (quoted) {
+            if (c == QLatin1Char('"')) {
+                if (i + 1 < line.size() && line[i + 1] == QLatin1Char('"')) {
+                    cell += c;
+                    ++i;
+                } else {
+                    quoted = false;
+                }
+            } else {
+                cell += c;
+            }
+        } else if (c == QLatin1Char('"') && cell.trimmed().isEmpty() && !wasQuoted) {
+            quoted = wasQuoted = true;
+            cell.clear();
+        } else if (c == separator) {
+            cells << (wasQuoted ? cell : cell.trimmed());
+            cell.clear();
+            wasQuoted = false;
+        } else {
+            cell += c;
+        }
+    }
+    cells << (wasQuoted ? cell : cell.trimmed());
+    return cells;
+}
+
+} // namespace pelkor::feed
