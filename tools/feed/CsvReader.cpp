@@ -199,10 +199,14 @@ std::optional<double> metadataAmount(const QStringList& cells, QChar mark)
 // the number in the next.
 QString metadataAccount(const QStringList& cells)
 {
-    static const QRegularExpression number(QStringLiteral("[0-9][0-9 /-]{3,}[0-9]"));
+    static const QRegularExpression number(QStringLiteral("[0-9]([0-9 /-]*[0-9])?"));
     for (qsizetype i = 0; i < cells.size(); ++i) {
         const QString label = normalised(cells[i].section(QLatin1Char(':'), 0, 0));
-        if (!hasAny(label, accountWords, std::size(accountWords)))
+        // The whole label must be an account word: "Kontostand" is no "Konto".
+        bool isAccount = false;
+        for (const char* w : accountWords)
+            isAccount = isAccount || label == QString::fromUtf8(w);
+        if (!isAccount)
             continue;
         const QString rest = cells[i].contains(QLatin1Char(':')) ? cells[i].section(QLatin1Char(':'), 1)
                                                                  : cells.value(i + 1);

@@ -9,6 +9,7 @@
 #include "seams/ui/ScriptedUi.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QTranslator>
 
@@ -34,26 +35,33 @@ int main(int argc, char** argv)
     if (command.kind == feed::Command::Kind::Prepare)
         return int(feed::prepare(paths, command.bank));
 
+    std::unique_ptr<ui::ScriptedUi> scripted = ui::makeUiFromEnvironment();
+    if (!command.from.isEmpty()) {
+        // Without a window, and without a display: a question (a missing
+        // closing balance) is answered by the rules when there are any, and
+        // otherwise goes unanswered.
+        QCoreApplication app(argc, argv);
+        if (!scripted)
+            scripted = std::make_unique<ui::ScriptedUi>(QString(), QString());
+        feed::Downloader downloader(*scripted, paths, command);
+        const int code = int(downloader.runHeadless());
+        scripted->recordExit(code);
+        return code;
+    }
+
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
     app.setApplicationName(QStringLiteral("pelkor"));
     QTranslator qtHebrew;
     if (qtHebrew.load(QStringLiteral("qt_he"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         app.installTranslator(&qtHebrew);
-    std::unique_ptr<ui::ScriptedUi> scripted = ui::makeUiFromEnvironment();
     ui::QtUi qtUi;
     ui::Ui& ui = scripted ? static_cast<ui::Ui&>(*scripted) : static_cast<ui::Ui&>(qtUi);
-
     feed::Downloader downloader(ui, paths, command);
-    int code = 0;
-    if (!command.from.isEmpty()) {
-        code = int(downloader.runHeadless());
-    } else {
-        feed::RunItWindow window(downloader, ui);
-        qtUi.setParentWindow(&window);
-        window.start();
-        code = app.exec();
-    }
+    feed::RunItWindow window(downloader, ui);
+    qtUi.setParentWindow(&window);
+    window.start();
+    const int code = app.exec();
     if (scripted)
         scripted->recordExit(code);
     return code;
