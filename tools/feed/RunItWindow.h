@@ -14,6 +14,7 @@
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
+class QTableWidget;
 
 namespace pelkor::ui { class Ui; }
 
@@ -45,7 +46,10 @@ private:
     Downloader& downloader_;
     ui::Ui& ui_;
     QLabel* lblBank_ = nullptr;
+    QLabel* lblFiles_ = nullptr;
+    QTableWidget* grdAccounts_ = nullptr;
     QPlainTextEdit* txtSummary_ = nullptr;
+    QString summary_;
     QPushButton* cmdOpen_ = nullptr;
     QPushButton* cmdOK_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
