@@ -88,41 +88,47 @@ bool hasAny(const QString& label, const char* const* words, size_t n)
 }
 
 struct Record {
-    int line = 0;  // first line of the record in the file, from 1
-    QString text;
+    int line = 0;      // first line of the record in the file, from 1
+    QStringView text;  // into the file's text, which outlives the records
 };
 
 // Lines of the file, a quoted cell running over a line break kept whole.
 QList<Record> recordsOf(const QString& text)
 {
     QList<Record> out;
-    Record cur;
-    cur.line = 1;
-    int line = 1;
+    out.reserve(text.size() / 40);
     bool quoted = false;
     QChar before = QLatin1Char('\n');  // the last character outside blanks
-    for (QChar c : text) {
+    int line = 1, startLine = 1;
+    qsizetype start = 0;
+    const QChar* p = text.constData();
+    const qsizetype n = text.size();
+    auto push = [&](qsizetype end) {
+        qsizetype e = end;
+        if (e > start && p[e - 1] == u'\r')
+            --e;
+        out.append({startLine, QStringView(text).mid(start, e - start)});
+    };
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar c = p[i];
         // A quote opens a quoted cell only at the start of a cell; inside a
         // word (מע"מ, בע"מ) it is a letter of the word.
-        if (c == QLatin1Char('"') &&
-            (quoted || before == QLatin1Char('\n') || before == QLatin1Char(',') || before == QLatin1Char(';') ||
-             before == QLatin1Char('\t') || before == QLatin1Char('|')))
+        if (c == u'"' && (quoted || before == u'\n' || before == u',' || before == u';' || before == u'\t' ||
+                          before == u'|'))
             quoted = !quoted;
-        if (c != QLatin1Char(' '))
+        if (c != u' ' && c != u'\r')
             before = c;
-        if (c == QLatin1Char('\n')) {
+        if (c == u'\n') {
             ++line;
             if (!quoted) {
-                out << cur;
-                cur = Record{line, {}};
-                continue;
+                push(i);
+                start = i + 1;
+                startLine = line;
             }
         }
-        if (c != QLatin1Char('\r'))
-            cur.text += c;
     }
-    if (!cur.text.isEmpty())
-        out << cur;
+    if (start < n)
+        push(n);
     return out;
 }
 
@@ -234,6 +240,9 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
 {
     const QList<Record> records = recordsOf(text);
     const QChar sep = separatorOf(records);
+    // A record's cells, split when needed: the rows are split once more
+    // only while the date order or decimal mark is undecided.
+    auto split = [&](qsizetype i) { return splitDelimited(records[i].text, sep); };
     if (sep.isNull())
         return ReadResult::refused(Format::Csv, QStringLiteral("%1: לא נמצאו עמודות (אין מפריד קבוע בין השדות)")
                                                     .arg(QFileInfo(fileName).fileName()));
@@ -242,7 +251,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
     Mapping map;
     QStringList header;
     for (int i = 0; i < records.size() && i < 60; ++i) {
-        const QStringList cells = splitDelimited(records[i].text, sep);
+        const QStringList cells = split(i);
         const Mapping m = mappingOf(cells);
         if (m.usable()) {
             headerAt = i;
@@ -255,7 +264,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
         // Name the columns of the widest early record: most likely the header.
         QStringList seen;
         for (int i = 0; i < records.size() && i < 60; ++i) {
-            const QStringList cells = splitDelimited(records[i].text, sep);
+            const QStringList cells = split(i);
             if (cells.size() > seen.size())
                 seen = cells;
         }
@@ -273,20 +282,34 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
 
     // First pass: the order of the dates and the decimal mark, decided for
     // the file as a whole.
-    QStringList dates, amounts;
-    for (int i = headerAt + 1; i < records.size(); ++i) {
-        const QStringList cells = splitDelimited(records[i].text, sep);
-        dates << cells.value(dateCol) << cells.value(bookCol);
-        for (Column c : {Column::Amount, Column::Credit, Column::Debit, Column::Balance})
-            if (map.first.contains(c))
-                amounts << cells.value(map.first.value(c));
+    // Each is decided by the first text that tells (TextInput.h).
+    std::optional<DateOrder> order;
+    std::optional<QChar> mark;
+    QList<int> amountCols;
+    for (Column c : {Column::Amount, Column::Credit, Column::Debit, Column::Balance})
+        if (map.first.contains(c))
+            amountCols << map.first.value(c);
+    for (int i = 0; i < headerAt && !mark; ++i)
+        for (const QString& c : split(i))
+            if (!mark)
+                mark = decimalMarkOfOne(c);
+    for (int i = headerAt + 1; i < records.size() && (!order || !mark); ++i) {
+        const QStringList cells = split(i);
+        if (!order)
+            order = dateOrderOfOne(cells.value(dateCol));
+        if (!order)
+            order = dateOrderOfOne(cells.value(bookCol));
+        for (int c : amountCols)
+            if (!mark)
+                mark = decimalMarkOfOne(cells.value(c));
     }
-    for (int i = 0; i < headerAt; ++i)
-        amounts << splitDelimited(records[i].text, sep);
-    const DateOrder order = dateOrderOf(dates);
-    const QChar mark = decimalMarkOf(amounts);
+    if (!order)
+        order = DateOrder::DayFirst;
+    if (!mark)
+        mark = QLatin1Char('.');
 
     AccountStatement st;
+    st.rows.reserve(records.size() - headerAt);
     ReadResult result;
     result.format = Format::Csv;
     auto readMetadata = [&](const QStringList& cells, bool beforeRows) {
@@ -299,20 +322,20 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
         if (st.account.isEmpty())
             st.account = metadataAccount(cells);
         if (hasAny(label, openingWords, std::size(openingWords))) {
-            if (auto v = metadataAmount(cells, mark))
+            if (auto v = metadataAmount(cells, *mark))
                 st.opening = v;
         } else if (hasAny(label, closingWords, std::size(closingWords))) {
-            if (auto v = metadataAmount(cells, mark))
+            if (auto v = metadataAmount(cells, *mark))
                 st.closing = v;
         }
         Q_UNUSED(beforeRows);
     };
     for (int i = 0; i < headerAt; ++i)
-        readMetadata(splitDelimited(records[i].text, sep), true);
+        readMetadata(split(i), true);
 
     for (int i = headerAt + 1; i < records.size(); ++i) {
         const Record& rec = records[i];
-        const QStringList cells = splitDelimited(rec.text, sep);
+        const QStringList cells = split(i);
         bool blank = true;
         for (const QString& c : cells)
             blank = blank && c.trimmed().isEmpty();
@@ -320,9 +343,9 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
             continue;
         const QString dateText = cells.value(dateCol).trimmed();
         bool invalid = false;
-        std::optional<QDate> date = parseDate(dateText, order, &invalid);
+        std::optional<QDate> date = parseDate(dateText, *order, &invalid);
         if (!date && !invalid && dateText.isEmpty() && dateCol != bookCol)
-            date = parseDate(cells.value(bookCol), order, &invalid);
+            date = parseDate(cells.value(bookCol), *order, &invalid);
         if (invalid)
             return ReadResult::refused(Format::Csv, QStringLiteral("%1: התאריך \"%2\" בעמודה \"%3\" אינו תאריך קיים")
                                                         .arg(at(fileName, rec.line), dateText,
@@ -330,7 +353,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
         // Words in the booking date's place make a footer even when the
         // value date beside them is a date ("Kontostand;04.09.2010;;;575,21").
         const QString bookText = cells.value(bookCol).trimmed();
-        if (date && bookCol != dateCol && !bookText.isEmpty() && !parseDate(bookText, order))
+        if (date && bookCol != dateCol && !bookText.isEmpty() && !parseDate(bookText, *order))
             date.reset();
         if (!date) {
             // Words where the date stands: a footer or a note, not a row.
@@ -359,7 +382,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
             const QString t = cells.value(col).trimmed();
             if (t.isEmpty())
                 return std::nullopt;
-            auto v = parseAmount(t, mark);
+            auto v = parseAmount(t, *mark);
             if (!v && badCol < 0) {
                 badCell = t;
                 badCol = col;
@@ -392,7 +415,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
         row.description = words.join(QStringLiteral(" - "));
         if (st.currency.isEmpty() && map.first.contains(Column::Currency))
             st.currency = cells.value(map.first.value(Column::Currency)).trimmed();
-        st.rows << row;
+        st.rows.append(std::move(row));
     }
     if (st.rows.isEmpty())
         return ReadResult::refused(Format::Csv, QStringLiteral("%1: אחרי שורת הכותרת (שורה %2) אין אף שורת תנועה")
@@ -407,10 +430,10 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
     result.details = QStringLiteral("מפריד %1, כותרת בשורה %2, תאריכים %3, נקודה עשרונית \"%4\"")
                          .arg(sepName)
                          .arg(records[headerAt].line)
-                         .arg(order == DateOrder::MonthFirst ? QStringLiteral("חודש/יום/שנה")
-                              : order == DateOrder::YearFirst ? QStringLiteral("שנה-חודש-יום")
+                         .arg(*order == DateOrder::MonthFirst ? QStringLiteral("חודש/יום/שנה")
+                              : *order == DateOrder::YearFirst ? QStringLiteral("שנה-חודש-יום")
                                                               : QStringLiteral("יום/חודש/שנה"))
-                         .arg(mark);
+                         .arg(*mark);
     result.accounts << st;
     return result;
 }

@@ -15,8 +15,9 @@ namespace {
 // Two balances agree within half an agora: the files give two decimals.
 constexpr double balanceTolerance = 0.005;
 
+// A row of a statement (which outlives the plan's making) with its balance.
 struct Placed {
-    StatementRow row;
+    const StatementRow* row = nullptr;
     double balance = 0;
 };
 
@@ -37,40 +38,39 @@ QString money(double v) { return QString::number(v, 'f', 2); }
 QList<Placed> placeStatement(const AccountStatement& st, const ClosingBalanceAsker& ask, QStringList& warnings,
                              QString& error, bool& noBalanceGiven)
 {
-    QList<StatementRow> rows = st.rows;
-    if (rows.size() > 1 && rows.first().date > rows.last().date)
-        std::reverse(rows.begin(), rows.end());
-    std::stable_sort(rows.begin(), rows.end(), [](const StatementRow& a, const StatementRow& b) { return a.date < b.date; });
     QList<Placed> out;
-    out.reserve(rows.size());
-    for (const StatementRow& r : rows)
-        out.append({r, 0});
+    out.reserve(st.rows.size());
+    for (const StatementRow& r : st.rows)
+        out.append({&r, 0});
+    if (out.size() > 1 && out.first().row->date > out.last().row->date)
+        std::reverse(out.begin(), out.end());
+    std::stable_sort(out.begin(), out.end(), [](const Placed& a, const Placed& b) { return a.row->date < b.row->date; });
     if (out.isEmpty())
         return out;
     const qsizetype n = out.size();
     double sum = 0;
     for (const Placed& p : out)
-        sum += p.row.amount;
+        sum += p.row->amount;
 
     qsizetype known = -1;
     for (qsizetype i = 0; i < n && known < 0; ++i)
-        if (out[i].row.balance)
+        if (out[i].row->balance)
             known = i;
     if (known >= 0) {
         // The file's balances; rows without one are filled from their
         // neighbours. The first row that disagrees with the one before it
         // is reported once.
-        out[known].balance = *out[known].row.balance;
+        out[known].balance = *out[known].row->balance;
         for (qsizetype i = known - 1; i >= 0; --i)
-            out[i].balance = toCents(out[i + 1].balance - out[i + 1].row.amount);
+            out[i].balance = toCents(out[i + 1].balance - out[i + 1].row->amount);
         bool reported = false;
         for (qsizetype i = known + 1; i < n; ++i) {
-            const double computed = toCents(out[i - 1].balance + out[i].row.amount);
-            out[i].balance = out[i].row.balance ? *out[i].row.balance : computed;
+            const double computed = toCents(out[i - 1].balance + out[i].row->amount);
+            out[i].balance = out[i].row->balance ? *out[i].row->balance : computed;
             if (!reported && std::abs(out[i].balance - computed) > balanceTolerance &&
-                out[i].row.date != out[i - 1].row.date) {
+                out[i].row->date != out[i - 1].row->date) {
                 warnings << QStringLiteral("חשבון %1: היתרה בשורה %2 (%3) אינה היתרה הקודמת ועוד הסכום (%4)")
-                                .arg(st.account).arg(out[i].row.line).arg(money(out[i].balance), money(computed));
+                                .arg(st.account).arg(out[i].row->line).arg(money(out[i].balance), money(computed));
                 reported = true;
             }
         }
@@ -83,7 +83,7 @@ QList<Placed> placeStatement(const AccountStatement& st, const ClosingBalanceAsk
     if (!closing && st.opening)
         closing = toCents(*st.opening + sum);
     if (!closing) {
-        closing = ask ? ask(st.account, out.last().row.date) : std::nullopt;
+        closing = ask ? ask(st.account, out.last().row->date) : std::nullopt;
         if (!closing) {
             error = QStringLiteral("חשבון %1: בקובץ אין יתרה, ולא ניתנה יתרת סגירה").arg(st.account);
             noBalanceGiven = true;
@@ -97,7 +97,7 @@ QList<Placed> placeStatement(const AccountStatement& st, const ClosingBalanceAsk
                              money(*st.closing), money(*st.closing - *st.opening - sum));
     out.last().balance = toCents(*closing);
     for (qsizetype i = n - 2; i >= 0; --i)
-        out[i].balance = toCents(out[i + 1].balance - out[i + 1].row.amount);
+        out[i].balance = toCents(out[i + 1].balance - out[i + 1].row->amount);
     return out;
 }
 
@@ -130,7 +130,7 @@ FeedPlan planFeed(const QList<ReadResult>& files, int nDays, const ClosingBalanc
                 statements << placed;
         }
         std::stable_sort(statements.begin(), statements.end(), [](const QList<Placed>& a, const QList<Placed>& b) {
-            return a.first().row.date < b.first().row.date;
+            return a.first().row->date < b.first().row->date;
         });
         AccountSummary sum;
         sum.account = account;
@@ -139,10 +139,13 @@ FeedPlan planFeed(const QList<ReadResult>& files, int nDays, const ClosingBalanc
                 sum.currency = st->currency;
         QList<Placed> merged;
         QHash<QString, int> taken;
-        for (const QList<Placed>& st : statements) {
+        // One statement has nothing to overlap with.
+        if (statements.size() == 1)
+            merged = statements.first();
+        for (const QList<Placed>& st : statements.size() > 1 ? statements : QList<QList<Placed>>()) {
             QHash<QString, int> here;
             for (const Placed& p : st) {
-                const QString k = keyOf(p.row);
+                const QString k = keyOf(*p.row);
                 const int seen = ++here[k];
                 if (seen > taken.value(k)) {
                     taken[k] = seen;
@@ -153,23 +156,24 @@ FeedPlan planFeed(const QList<ReadResult>& files, int nDays, const ClosingBalanc
             }
         }
         std::stable_sort(merged.begin(), merged.end(),
-                         [](const Placed& a, const Placed& b) { return a.row.date < b.row.date; });
+                         [](const Placed& a, const Placed& b) { return a.row->date < b.row->date; });
         if (merged.isEmpty())
             continue;
-        const QDate cutoff = nDays > 0 ? merged.last().row.date.addDays(-nDays) : QDate();
+        plan.rows.reserve(plan.rows.size() + merged.size());
+        const QDate cutoff = nDays > 0 ? merged.last().row->date.addDays(-nDays) : QDate();
         for (const Placed& p : merged) {
-            if (cutoff.isValid() && p.row.date < cutoff) {
+            if (cutoff.isValid() && p.row->date < cutoff) {
                 ++sum.older;
                 continue;
             }
             FeedRow r;
             r.account = account;
             r.transactionID = nextId++;
-            r.date = p.row.date;
-            r.confirm = p.row.reference;
-            r.description = p.row.description;
-            r.in = p.row.amount > 0 ? toCents(p.row.amount) : 0.0;
-            r.out = p.row.amount < 0 ? toCents(-p.row.amount) : 0.0;
+            r.date = p.row->date;
+            r.confirm = p.row->reference;
+            r.description = p.row->description;
+            r.in = p.row->amount > 0 ? toCents(p.row->amount) : 0.0;
+            r.out = p.row->amount < 0 ? toCents(-p.row->amount) : 0.0;
             r.balance = p.balance;
             if (sum.rows == 0)
                 sum.first = r.date;

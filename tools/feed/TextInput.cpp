@@ -209,17 +209,30 @@ QString notAStatement(const QByteArray& bytes)
     return {};
 }
 
+std::optional<QChar> decimalMarkOfOne(const QString& text)
+{
+    QStringView t = QStringView(text).trimmed();
+    while (!t.isEmpty() && (t.back() == u'-' || t.back() == u')' || t.back() == u' '))
+        t.chop(1);
+    const qsizetype lastComma = t.lastIndexOf(u','), lastDot = t.lastIndexOf(u'.');
+    if (lastComma >= 0 && lastDot >= 0)
+        return lastComma > lastDot ? QLatin1Char(',') : QLatin1Char('.');
+    // A comma followed by one or two digits at the end is a decimal comma.
+    const qsizetype after = t.size() - lastComma - 1;
+    if (lastComma >= 0 && after >= 1 && after <= 2) {
+        for (qsizetype i = lastComma + 1; i < t.size(); ++i)
+            if (!t[i].isDigit())
+                return std::nullopt;
+        return QLatin1Char(',');
+    }
+    return std::nullopt;
+}
+
 QChar decimalMarkOf(const QStringList& texts)
 {
-    static const QRegularExpression commaDecimal(QStringLiteral(",\\d{1,2}\\s*-?\\)?\\s*$"));
-    for (const QString& t0 : texts) {
-        const QString t = t0.trimmed();
-        if (commaDecimal.match(t).hasMatch())
-            return QLatin1Char(',');
-        const qsizetype lastComma = t.lastIndexOf(QLatin1Char(',')), lastDot = t.lastIndexOf(QLatin1Char('.'));
-        if (lastComma >= 0 && lastDot >= 0)
-            return lastComma > lastDot ? QLatin1Char(',') : QLatin1Char('.');
-    }
+    for (const QString& t : texts)
+        if (const auto m = decimalMarkOfOne(t))
+            return *m;
     return QLatin1Char('.');
 }
 
@@ -234,10 +247,15 @@ std::optional<double> parseAmount(const QString& text, QChar decimalMark)
         t = t.mid(1, t.size() - 2).trimmed();
     }
     // Currency signs and codes around the digits: ₪, $, €, "ILS", "ש\"ח".
-    static const QRegularExpression currency(
-        QStringLiteral("^(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)\\s*|\\s*(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)$"));
-    t.remove(currency);
-    t = t.trimmed();
+    auto plain = [](QChar c) { return c.isDigit() || c == u'-' || c == u'+' || c == u'.' || c == u','; };
+    if (!plain(t.front()) || !plain(t.back())) {
+        static const QRegularExpression currency(
+            QStringLiteral("^(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)\\s*|\\s*(₪|\\$|€|£|ILS|NIS|USD|EUR|ש\"ח|שח)$"));
+        t.remove(currency);
+        t = t.trimmed();
+        if (t.isEmpty())
+            return std::nullopt;
+    }
     // U+2212 and the en dash serve as minus in some exports.
     t.replace(QChar(0x2212), QLatin1Char('-'));
     if (t.startsWith(QLatin1Char('-')) || t.startsWith(QLatin1Char('+'))) {
@@ -251,28 +269,34 @@ std::optional<double> parseAmount(const QString& text, QChar decimalMark)
     if (t.isEmpty())
         return std::nullopt;
     const QChar group = decimalMark == QLatin1Char(',') ? QLatin1Char('.') : QLatin1Char(',');
-    QString digits;
-    digits.reserve(t.size());
-    bool seenDecimal = false, seenDigit = false;
+    // Digits into a whole number and a count of decimals: exact for every
+    // amount a statement holds, and far quicker than a locale-aware parse.
+    qint64 mantissa = 0;
+    int decimals = 0, digits = 0;
+    bool seenDecimal = false;
     for (QChar c : t) {
-        if (c.isDigit() && c.unicode() < 128) {
-            digits += c;
-            seenDigit = true;
+        if (c >= u'0' && c <= u'9') {
+            // 1e13 is more money than any account holds; more digits are
+            // no amount.
+            if (++digits > 17)
+                return std::nullopt;
+            mantissa = mantissa * 10 + (c.unicode() - u'0');
+            if (seenDecimal)
+                ++decimals;
         } else if (c == decimalMark && !seenDecimal) {
-            digits += QLatin1Char('.');
             seenDecimal = true;
         } else if ((c == group || c == QLatin1Char(' ') || c == QChar(0xA0) || c == QLatin1Char('\'')) && !seenDecimal &&
-                   seenDigit) {
+                   digits > 0) {
             continue;
         } else {
             return std::nullopt;
         }
     }
-    if (!seenDigit)
+    if (digits == 0)
         return std::nullopt;
-    bool ok = false;
-    const double v = digits.toDouble(&ok);
-    if (!ok || !std::isfinite(v) || v > 1e13)
+    static const double scale[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
+    const double v = double(mantissa) / scale[decimals];
+    if (v > 1e13)
         return std::nullopt;
     return negative ? -v : v;
 }
@@ -284,19 +308,41 @@ struct DateParts {
     int aDigits = 0, cDigits = 0;
 };
 
+// Digits, a separator ("/", "." or "-"), digits, the same separator, two
+// or four digits; then the end, or a time ("T..." or " ...") or a zone
+// ("+02:00", "Z"). Written out by hand: statements have a date a row.
 std::optional<DateParts> partsOf(const QString& text)
 {
-    static const QRegularExpression re(
-        QStringLiteral("^\\s*(\\d{1,4})([./-])(\\d{1,2})\\2(\\d{2}|\\d{4})(?:[T ].*|[+-]\\d\\d:\\d\\d|Z)?\\s*$"));
-    const auto m = re.match(text);
-    if (!m.hasMatch())
-        return std::nullopt;
+    const QStringView t = QStringView(text).trimmed();
+    qsizetype i = 0;
+    auto digits = [&](int& value, int& count, int most) {
+        value = 0;
+        count = 0;
+        while (i < t.size() && count < most && t[i] >= u'0' && t[i] <= u'9') {
+            value = value * 10 + (t[i].unicode() - u'0');
+            ++count;
+            ++i;
+        }
+        return count > 0;
+    };
     DateParts p;
-    p.a = m.captured(1).toInt();
-    p.aDigits = int(m.captured(1).size());
-    p.b = m.captured(3).toInt();
-    p.c = m.captured(4).toInt();
-    p.cDigits = int(m.captured(4).size());
+    int bDigits = 0;
+    if (!digits(p.a, p.aDigits, 4) || i >= t.size())
+        return std::nullopt;
+    const QChar sep = t[i];
+    if (sep != u'/' && sep != u'.' && sep != u'-')
+        return std::nullopt;
+    ++i;
+    if (!digits(p.b, bDigits, 2) || i >= t.size() || t[i] != sep)
+        return std::nullopt;
+    ++i;
+    if (!digits(p.c, p.cDigits, 4) || (p.cDigits != 2 && p.cDigits != 4 && !(p.aDigits == 4 && p.cDigits == 1)))
+        return std::nullopt;
+    if (i < t.size()) {
+        const QChar next = t[i];
+        if (next != u'T' && next != u' ' && next != u'+' && next != u'-' && next != u'Z')
+            return std::nullopt;
+    }
     return p;
 }
 
@@ -310,19 +356,25 @@ int fullYear(int y, int digits)
 
 } // namespace
 
+std::optional<DateOrder> dateOrderOfOne(const QString& text)
+{
+    const auto p = partsOf(text);
+    if (!p)
+        return std::nullopt;
+    if (p->aDigits == 4)
+        return DateOrder::YearFirst;
+    if (p->a > 12)
+        return DateOrder::DayFirst;
+    if (p->b > 12)
+        return DateOrder::MonthFirst;
+    return std::nullopt;
+}
+
 DateOrder dateOrderOf(const QStringList& texts)
 {
-    for (const QString& t : texts) {
-        const auto p = partsOf(t);
-        if (!p)
-            continue;
-        if (p->aDigits == 4)
-            return DateOrder::YearFirst;
-        if (p->a > 12)
-            return DateOrder::DayFirst;
-        if (p->b > 12)
-            return DateOrder::MonthFirst;
-    }
+    for (const QString& t : texts)
+        if (const auto o = dateOrderOfOne(t))
+            return *o;
     return DateOrder::DayFirst;
 }
 
@@ -356,9 +408,15 @@ std::optional<QDate> parseDate(const QString& text, DateOrder order, bool* inval
     return date;
 }
 
-QStringList splitDelimited(const QString& line, QChar separator)
+QStringList splitDelimited(QStringView line, QChar separator)
 {
     QStringList cells;
+    if (!line.contains(u'"')) {
+        cells.reserve(8);
+        for (QStringView cell : line.tokenize(separator))
+            cells << cell.trimmed().toString();
+        return cells;
+    }
     QString cell;
     bool quoted = false, wasQuoted = false;
     for (qsizetype i = 0; i < line.size(); ++i) {

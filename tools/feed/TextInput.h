@@ -62,6 +62,9 @@ QString notAStatement(const QByteArray& bytes);
 // comma and one or two digits, or has a comma after the last dot; '.'
 // otherwise.
 QChar decimalMarkOf(const QStringList& texts);
+// The mark one text decides for, or nullopt when it decides nothing ("12",
+// "12.40", "1.234").
+std::optional<QChar> decimalMarkOfOne(const QString& text);
 // An amount, or nullopt when text is not one. Empty text is nullopt too.
 std::optional<double> parseAmount(const QString& text, QChar decimalMark = QLatin1Char('.'));
 // Rounded to whole agorot (cents), so sums do not drift.
@@ -69,6 +72,8 @@ inline double toCents(double v) { return double(qRound64(v * 100.0)) / 100.0; }
 
 enum class DateOrder { DayFirst, MonthFirst, YearFirst };
 DateOrder dateOrderOf(const QStringList& texts);
+// The order one date decides for, or nullopt ("01/02/2025", or no date).
+std::optional<DateOrder> dateOrderOfOne(const QString& text);
 // A date in the given order. When the text has the shape of a date but names
 // no day of the calendar (31/02/2024), invalid is set and the result is
 // nullopt; for text that is no date at all invalid stays false.
@@ -76,6 +81,6 @@ std::optional<QDate> parseDate(const QString& text, DateOrder order, bool* inval
 
 // Cells of one delimited line, as the CSV reader reads them (quotes doubled
 // inside quoted cells). Exposed for tests.
-QStringList splitDelimited(const QString& line, QChar separator);
+QStringList splitDelimited(QStringView line, QChar separator);
 
 } // namespace pelkor::feed
