@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringEncoder>
 #include <sqlite3.h>
 
 #include <cstdio>
@@ -41,14 +42,20 @@ bool syncFile(const QString& path)
     return ok;
 }
 
-void bindText(sqlite3_stmt* s, int i, const QString& t)
+// Binds t as UTF-8 encoded into buffer, which must live until the step;
+// the buffers are kept across rows so that a row costs no allocation.
+void bindText(sqlite3_stmt* s, int i, const QString& t, QByteArray& buffer)
 {
     if (t.isEmpty()) {
         sqlite3_bind_null(s, i);
         return;
     }
-    // The row's strings outlive the step that reads them: no copy here.
-    sqlite3_bind_text16(s, i, t.utf16(), int(t.size() * 2), SQLITE_STATIC);
+    // Three bytes of UTF-8 at most for each UTF-16 unit.
+    if (buffer.size() < t.size() * 3)
+        buffer.resize(t.size() * 3);
+    QStringEncoder utf8(QStringEncoder::Utf8);
+    char* end = utf8.appendToBuffer(buffer.data(), t);
+    sqlite3_bind_text(s, i, buffer.constData(), int(end - buffer.constData()), SQLITE_STATIC);
 }
 
 // The renames of the old feed, "accountNum|description" pairs; none when
@@ -78,13 +85,13 @@ QString build(const QString& tmp, const QString& table, const QList<FeedRow>& ro
                         nullptr) != SQLITE_OK)
         return db.h ? db.lastError() : QStringLiteral("sqlite");
     // The new file is nobody's until the rename: no journal is needed, a
-    // failure deletes it. It is flushed once, before the rename. Its text
-    // is stored as UTF-16, the form the rows are in, so inserting converts
-    // nothing; readers get UTF-8 from the engine as from any other file.
+    // failure deletes it. It is flushed once, before the rename. Its text is
+    // UTF-8 like every other database file of the system, which a ledger
+    // can attach.
     QStringList tables = schema::bankFeedTables();
     if (!tables.contains(table))
         tables << table;
-    if (!db.exec("PRAGMA encoding='UTF-16le'; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536;") || !db.exec(schema::feedScript(tables)) ||
+    if (!db.exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-65536;") || !db.exec(schema::feedScript(tables)) ||
         !db.exec("BEGIN"))
         return db.lastError();
     Stmt ins;
@@ -94,16 +101,17 @@ QString build(const QString& tmp, const QString& table, const QList<FeedRow>& ro
     if (sqlite3_prepare_v2(db.h, sql.toUtf8().constData(), -1, &ins.s, nullptr) != SQLITE_OK)
         return db.lastError();
     char date[11];
+    QByteArray buffers[3];
     for (const FeedRow& r : rows) {
-        bindText(ins.s, 1, r.account);
+        bindText(ins.s, 1, r.account, buffers[0]);
         sqlite3_bind_int64(ins.s, 2, r.transactionID);
         const int y = r.date.year(), m = r.date.month(), d = r.date.day();
         const char iso[10] = {char('0' + y / 1000 % 10), char('0' + y / 100 % 10), char('0' + y / 10 % 10), char('0' + y % 10), '-',
                               char('0' + m / 10), char('0' + m % 10), '-', char('0' + d / 10), char('0' + d % 10)};
         std::memcpy(date, iso, 10);
         sqlite3_bind_text(ins.s, 3, date, 10, SQLITE_STATIC);
-        bindText(ins.s, 4, r.confirm);
-        bindText(ins.s, 5, r.description);
+        bindText(ins.s, 4, r.confirm, buffers[1]);
+        bindText(ins.s, 5, r.description, buffers[2]);
         sqlite3_bind_double(ins.s, 6, r.in);
         sqlite3_bind_double(ins.s, 7, r.out);
         sqlite3_bind_double(ins.s, 8, r.balance);
@@ -116,8 +124,8 @@ QString build(const QString& tmp, const QString& table, const QList<FeedRow>& ro
         SQLITE_OK)
         return db.lastError();
     for (const auto& [account, description] : renames) {
-        bindText(ren.s, 1, account);
-        bindText(ren.s, 2, description);
+        bindText(ren.s, 1, account, buffers[0]);
+        bindText(ren.s, 2, description, buffers[1]);
         if (sqlite3_step(ren.s) != SQLITE_DONE)
             return db.lastError();
         sqlite3_reset(ren.s);
