@@ -135,3 +135,24 @@ TEST(RunItProcess, TheWindowPicksByRuleAndConfirms)
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
     EXPECT_EQ(digestOf(r.feed(0)), before);
 }
+
+TEST(RunItProcess, AStatementWithoutBalanceAsksForTheClosingOne)
+{
+    if (!QFileInfo::exists(runIt))
+        GTEST_SKIP() << "runIt is not built";
+    RunItRun r;
+    const QString file = r.statement("Date,Description,Amount\n01/03/2025,a,-20.00\n02/03/2025,b,5.00\n");
+    // A rule answers the question; without one the run ends with no feed.
+    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+6"), r.box.idText(), QStringLiteral("90"),
+                     QStringLiteral("--from"), file},
+                    QStringLiteral("אין יתרה => 1,000.00\n")),
+              0);
+    EXPECT_EQ(pelkor::testing::queryRows(r.feed(6), QStringLiteral("SELECT balance FROM otsarOsh")),
+              QStringLiteral("995;1000"));
+    QFile::remove(r.feed(6));
+    EXPECT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+6"), r.box.idText(), QStringLiteral("90"),
+                     QStringLiteral("--from"), file}),
+              3);
+    EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
+    EXPECT_FALSE(QFileInfo::exists(r.feed(6)));
+}

@@ -182,6 +182,24 @@ Mapping mappingOf(const QStringList& cells)
 
 QString columnName(const QStringList& header, int i) { return header.value(i).trimmed(); }
 
+QString roleName(Column c)
+{
+    switch (c) {
+    case Column::Date: return QStringLiteral("תאריך");
+    case Column::ValueDate: return QStringLiteral("תאריך ערך");
+    case Column::Reference: return QStringLiteral("אסמכתא");
+    case Column::Description: return QStringLiteral("תיאור");
+    case Column::Detail: return QStringLiteral("פרטים");
+    case Column::Credit: return QStringLiteral("זכות");
+    case Column::Debit: return QStringLiteral("חובה");
+    case Column::Amount: return QStringLiteral("סכום");
+    case Column::Balance: return QStringLiteral("יתרה");
+    case Column::Currency: return QStringLiteral("מטבע");
+    case Column::None: break;
+    }
+    return {};
+}
+
 QString at(const QString& fileName, int line)
 {
     return QStringLiteral("%1, שורה %2").arg(QFileInfo(fileName).fileName()).arg(line);
@@ -312,7 +330,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
     st.rows.reserve(records.size() - headerAt);
     ReadResult result;
     result.format = Format::Csv;
-    auto readMetadata = [&](const QStringList& cells, bool beforeRows) {
+    auto readMetadata = [&](const QStringList& cells) {
         QString label;
         for (const QString& c : cells)
             if (!c.trimmed().isEmpty()) {
@@ -328,10 +346,9 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
             if (auto v = metadataAmount(cells, *mark))
                 st.closing = v;
         }
-        Q_UNUSED(beforeRows);
     };
     for (int i = 0; i < headerAt; ++i)
-        readMetadata(split(i), true);
+        readMetadata(split(i));
 
     for (int i = headerAt + 1; i < records.size(); ++i) {
         const Record& rec = records[i];
@@ -357,7 +374,7 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
             date.reset();
         if (!date) {
             // Words where the date stands: a footer or a note, not a row.
-            readMetadata(cells, false);
+            readMetadata(cells);
             continue;
         }
         if (cells.size() <= needed) {
@@ -434,6 +451,15 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
                               : *order == DateOrder::YearFirst ? QStringLiteral("שנה-חודש-יום")
                                                               : QStringLiteral("יום/חודש/שנה"))
                          .arg(*mark);
+    // How each header was taken, so the user can see a column mistaken.
+    QStringList taken;
+    for (int i = 0; i < header.size(); ++i) {
+        const Column c = columnOf(header[i]);
+        if (c != Column::None && roleName(c) != header[i].trimmed())
+            taken << QStringLiteral("%1=%2").arg(header[i].trimmed(), roleName(c));
+    }
+    if (!taken.isEmpty())
+        result.details += QStringLiteral(", עמודות: ") + taken.join(QStringLiteral(", "));
     result.accounts << st;
     return result;
 }
