@@ -140,3 +140,22 @@ TEST(TextInput, EncodingsAreDecidedFromTheBytes)
     // A declared Hebrew code page decides for bytes that could be either.
     EXPECT_EQ(decodeText(QByteArray("\xE0"), QStringLiteral("1255")).text, QStringLiteral("א"));
 }
+
+TEST(HebrewCsv, ABanksTableSavedAsAPageReadsLikeItsCsv)
+{
+    // The export some banks' sites give as ".xls": an HTML table in
+    // windows-1255, with the header in <th> cells and entities in the words.
+    const QString page = QStringLiteral(
+        "<html><head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=windows-1255\"></head><body>"
+        "<table><tr><td colspan=3>תנועות בחשבון 12-345-678</td></tr>"
+        "<tr><th>תאריך</th><th>תיאור</th><th>אסמכתא</th><th>בזכות</th><th>בחובה</th><th>יתרה בש&quot;ח</th></tr>"
+        "<tr><td>01/04/2025</td><td>העברה&nbsp;מלקוח</td><td>5</td><td>1,000.00</td><td></td><td>3,000.00</td></tr>"
+        "<tr><td>02/04/2025</td><td>שיק &amp; עמלה</td><td>6</td><td></td><td>250.00</td><td>2,750.00</td></tr>"
+        "</table></body></html>");
+    const ReadResult r = readStatement(toWindows1255(page), QStringLiteral("osh.xls"));
+    ASSERT_TRUE(r.ok()) << r.error.toStdString();
+    ASSERT_EQ(r.accounts[0].rows.size(), 2);
+    EXPECT_EQ(r.accounts[0].rows[0].description, QStringLiteral("העברה מלקוח"));
+    EXPECT_EQ(r.accounts[0].rows[1].description, QStringLiteral("שיק & עמלה"));
+    EXPECT_DOUBLE_EQ(*r.accounts[0].rows[1].balance, 2750.00);
+}

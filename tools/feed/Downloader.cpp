@@ -124,8 +124,8 @@ bool Downloader::pickFiles()
 {
     ui::FileDialogSpec spec;
     spec.title = QStringLiteral("בחר דפי חשבון");
-    spec.filter = QStringLiteral("דפי חשבון (*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt)|*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt|"
-                                 "הכל|*.*");
+    spec.filter = QStringLiteral("דפי חשבון (*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt;*.xls;*.htm;*.html)|"
+                                 "*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt;*.xls;*.htm;*.html|הכל|*.*");
     spec.fileMustExist = true;
     spec.multiSelect = true;
     const QStringList chosen = ui_.openFileDialog(spec);

@@ -3,6 +3,7 @@
 #include "Statement.h"
 
 #include "CsvReader.h"
+#include "HtmlTable.h"
 #include "OtherReaders.h"
 #include "TextInput.h"
 
@@ -48,9 +49,20 @@ ReadResult readStatement(const QByteArray& bytes, const QString& fileName)
 {
     const QString name = QFileInfo(fileName).fileName();
     const QString why = notAStatement(bytes);
-    if (!why.isEmpty())
-        return ReadResult::refused(Format::Unknown, QStringLiteral("%1: %2").arg(name, why));
     const QString fallbackAccount = QFileInfo(fileName).completeBaseName();
+    if (!why.isEmpty()) {
+        // A bank's table saved as a page (often named .xls) is a statement;
+        // any other page is not, and is refused with its title.
+        const QString table = why.contains(QLatin1String("HTML")) ? htmlTableText(bytes) : QString();
+        if (!table.isEmpty()) {
+            ReadResult r = readCsv(table, fileName, fallbackAccount);
+            if (r.ok()) {
+                r.details = QStringLiteral("טבלת HTML, ") + r.details;
+                return r;
+            }
+        }
+        return ReadResult::refused(Format::Unknown, QStringLiteral("%1: %2").arg(name, why));
+    }
     ReadResult r;
     switch (const Format f = detectFormat(bytes)) {
     case Format::Ofx:
