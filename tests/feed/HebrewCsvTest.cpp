@@ -137,6 +137,15 @@ TEST(TextInput, EncodingsAreDecidedFromTheBytes)
     EXPECT_EQ(decodeText(toWindows1255(hebrew)).encoding, Encoding::Windows1255);
     // Western text with one accented letter per word is not Hebrew.
     EXPECT_EQ(decodeText(QByteArray("Ums\xE4tze pers\xF6nliches Konto")).encoding, Encoding::Windows1252);
+    // UTF-16 with no byte-order mark, as some spreadsheets save "Unicode text".
+    const QString tab = QStringLiteral("תאריך\tתיאור\tסכום\n01/01/2025\tעמלה\t-5.00\n02/01/2025\tשיק\t-9.00\n");
+    QByteArray le;
+    for (QChar c : tab)
+        le += char(c.unicode() & 0xFF), le += char(c.unicode() >> 8);
+    EXPECT_EQ(decodeText(le).text, tab);
+    EXPECT_EQ(decodeText(le).encoding, Encoding::Utf16LE);
+    EXPECT_TRUE(notAStatement(le).isEmpty());
+    EXPECT_TRUE(readStatement(le, QStringLiteral("u16.txt")).ok());
     // A declared Hebrew code page decides for bytes that could be either.
     EXPECT_EQ(decodeText(QByteArray("\xE0"), QStringLiteral("1255")).text, QStringLiteral("א"));
 }

@@ -7,7 +7,7 @@
 // value date (ValDt) or else the booking date (BookgDt), either as Dt or
 // DtTm, a zone after the date ignored; the first AcctSvcrRef within the
 // entry as the reference; AddtlNtryInf and the unstructured remittance
-// lines (Ustrd) as the description. Pending entries (Sts PDNG) are not yet
+// lines (Ustrd) as the row's words. Pending entries (Sts PDNG) are not yet
 // the bank's rows and are left out.
 //
 // Refused: XML that does not parse (with the line and the parser's words;

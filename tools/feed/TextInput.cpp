@@ -29,6 +29,28 @@ const char16_t cp1252Low[32] = {
 
 bool hebrewLetterByte(unsigned char c) { return c >= 0xE0 && c <= 0xFA; }
 
+// UTF-16 without a byte-order mark: in text of Latin or Hebrew letters one
+// byte of each pair is nearly always 0x00 (Latin) or 0x05 (Hebrew), so
+// half the bytes at even or at odd places are those. 0 none, 1 little
+// endian, 2 big endian.
+int utf16WithoutBom(const QByteArray& b)
+{
+    const qsizetype n = std::min<qsizetype>(b.size() & ~qsizetype(1), 512);
+    if (n < 4)
+        return 0;
+    qsizetype high[2] = {0, 0};
+    for (qsizetype i = 0; i < n; ++i) {
+        const auto c = static_cast<unsigned char>(b[i]);
+        if (c == 0x00 || c == 0x05)
+            ++high[i % 2];
+    }
+    if (high[1] * 10 >= n / 2 * 9 && high[0] * 10 < n / 2 * 3)
+        return 1;
+    if (high[0] * 10 >= n / 2 * 9 && high[1] * 10 < n / 2 * 3)
+        return 2;
+    return 0;
+}
+
 // Hebrew in windows-1255 is words of letters 0xE0-0xFA, so nearly every
 // high byte stands next to another; Western text has one accented letter
 // among plain ones. Three in four high bytes in such runs decide for Hebrew.
@@ -164,6 +186,12 @@ DecodedText decodeText(const QByteArray& bytes, const QString& declared)
         r.encoding = le ? Encoding::Utf16LE : Encoding::Utf16BE;
         return r;
     }
+    if (const int u16 = utf16WithoutBom(bytes)) {
+        QStringDecoder dec(u16 == 1 ? QStringDecoder::Utf16LE : QStringDecoder::Utf16BE);
+        r.text = dec(bytes);
+        r.encoding = u16 == 1 ? Encoding::Utf16LE : Encoding::Utf16BE;
+        return r;
+    }
     if (isValidUtf8(bytes)) {
         r.text = QString::fromUtf8(bytes);
         r.encoding = Encoding::Utf8;
@@ -182,7 +210,7 @@ QString notAStatement(const QByteArray& bytes)
         return QStringLiteral("הקובץ ריק");
     // Text files hold no NUL and few control characters; an image, an
     // archive or a spreadsheet in its binary form holds many. UTF-16 is text.
-    if (!bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF")) {
+    if (!bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF") && !utf16WithoutBom(bytes)) {
         const qsizetype n = std::min<qsizetype>(bytes.size(), 8192);
         qsizetype control = 0;
         for (qsizetype i = 0; i < n; ++i) {
