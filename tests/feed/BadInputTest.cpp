@@ -66,6 +66,9 @@ TEST(BadInput, CsvFaultsNameTheLineAndColumn)
     // A date of 31/02.
     expectRefused("תאריך,תיאור,סכום\n01/02/2024,א,1\n31/02/2024,ב,2\n", QStringLiteral("feb.csv"),
                   {QStringLiteral("שורה 3"), QStringLiteral("31/02/2024")});
+    // A date in no form we know, among good ones: refused, not left out.
+    expectRefused("תאריך,תיאור,סכום\n01/02/2024,א,1\n2024.02.03.1,ב,2\n", QStringLiteral("odd.csv"),
+                  {QStringLiteral("שורה 3"), QStringLiteral("2024.02.03.1")});
     // A word where an amount should be, in row 5,000 (line 5,001).
     QByteArray big = "Date,Description,Amount\n";
     for (int i = 1; i <= 6000; ++i)

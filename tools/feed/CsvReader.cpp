@@ -367,6 +367,17 @@ ReadResult readCsv(const QString& text, const QString& fileName, const QString& 
             return ReadResult::refused(Format::Csv, QStringLiteral("%1: התאריך \"%2\" בעמודה \"%3\" אינו תאריך קיים")
                                                         .arg(at(fileName, rec.line), dateText,
                                                              columnName(header, dateCol)));
+        // Digits without words where the date stands were meant as a date:
+        // a row we cannot place is refused rather than left out.
+        bool digits = false, letters = false;
+        for (QChar c : dateText) {
+            digits = digits || c.isDigit();
+            letters = letters || c.isLetter();
+        }
+        if (!date && digits && !letters)
+            return ReadResult::refused(Format::Csv, QStringLiteral("%1: התאריך \"%2\" בעמודה \"%3\" אינו מובן")
+                                                        .arg(at(fileName, rec.line), dateText,
+                                                             columnName(header, dateCol)));
         // Words in the booking date's place make a footer even when the
         // value date beside them is a date ("Kontostand;04.09.2010;;;575,21").
         const QString bookText = cells.value(bookCol).trimmed();
