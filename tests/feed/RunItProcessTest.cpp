@@ -134,6 +134,20 @@ TEST(RunItProcess, TheWindowPicksByRuleAndConfirms)
               3);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
     EXPECT_EQ(digestOf(r.feed(0)), before);
+
+    // A page saved instead of a statement: the user is told why, the file is
+    // left out, and closing the window answers CLOSED.
+    const QString page = r.dir.filePath(QStringLiteral("page.csv"));
+    writeBytes(page, "<!DOCTYPE html><html><head><title>Login</title></head></html>");
+    r.box.setText(QStringLiteral("pelkor messages"));
+    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+0"), r.box.idText(), QStringLiteral("90")},
+                    QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdCancel\n").arg(page)),
+              3);
+    EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
+    EXPECT_EQ(digestOf(r.feed(0)), before);
+    QFile t2(r.dir.filePath(QStringLiteral("transcript.tsv")));
+    ASSERT_TRUE(t2.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(QString::fromUtf8(t2.readAll()).contains(QStringLiteral("msgbox\tעידכון נתונים\tpage.csv: הקובץ הוא דף אינטרנט (HTML) ולא דף חשבון: \"Login\"")));
 }
 
 TEST(RunItProcess, AStatementWithoutBalanceAsksForTheClosingOne)
