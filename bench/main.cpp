@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open]
+//                [--only store|bare|open|feed]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -253,6 +253,8 @@ void printFigure(const QString& figure, double mine, double base, const char* ta
 
 } // namespace
 
+int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
+
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
@@ -278,6 +280,11 @@ int main(int argc, char** argv)
     }
     QDir().mkpath(dataDir);
     std::printf("%-28s %12s %12s %8s %8s\n", "figure", "pelkor", "baseline", "ratio", "target");
+    if (only.isEmpty() || only == QLatin1String("feed")) {
+        const int feedCode = feedFigure(dataDir, runs);
+        if (!only.isEmpty())
+            return feedCode;
+    }
     for (long n : sizes) {
         const QString path = QStringLiteral("%1/ledger-%2.pkr").arg(dataDir).arg(n);
         if (countLines(path) != n) {

@@ -8,6 +8,9 @@ mkdir -p "$data"
 demo="$data/demo.pkr"
 # A year of a small business, made anew each time so that its dates end today.
 "$build/pelkor-gen" "$demo" --demo
+# The bank's side of it: the demonstration feed demo.mdb in the program's
+# folder, made from the same ledger so that their dates agree.
+"$build/tools/feed/pelkor-demofeed" "$demo" "$build/demo.mdb"
 echo "pelkor: demo ledger at $demo"
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     cat <<TXT
