@@ -16,8 +16,8 @@
 
 namespace pelkor::testing {
 
-// The demo ledger in a working run, its window shown at 1000 x 600 and the
-// load's lines drawn into it.
+// The demo ledger in a working run, its lines drawn into the window, which
+// then shows at 1000 x 600.
 class DemoWindowTest : public LoadTest {
 protected:
     void SetUp() override
@@ -26,10 +26,12 @@ protected:
         generator::generateDemoLedger(file, QDate(2025, 6, 1));
         start({QStringLiteral("open"), file}, QString());
         ASSERT_FALSE(m->ended());
+        // As in the program: the window is made, the load draws into it,
+        // then it shows.
         view = std::make_unique<frmMainView>(*m);
+        emit m->loaded();
         view->resize(1000, 600);
         view->show();
-        emit m->loaded();   // the load ran before the window was made
         QCoreApplication::processEvents();
         table = view->findChild<QTableView*>();
         ASSERT_NE(table, nullptr);

@@ -196,12 +196,11 @@ void GridView::resizeEvent(QResizeEvent* e)
     redLine_->place();
 }
 
-bool GridView::viewportEvent(QEvent* e)
+void GridView::updateGeometries()
 {
+    QTableView::updateGeometries();
     // The viewport narrows when the vertical scroll bar comes.
-    if (e->type() == QEvent::Resize)
-        fitFillColumn();
-    return QTableView::viewportEvent(e);
+    fitFillColumn();
 }
 
 void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
