@@ -91,6 +91,19 @@ TEST_F(GridPaintTest, TheCurrentCellShowsTheLogicsColoursNotTheSelection)
     // The cell beside it keeps the row's colour.
     const QRect next = cell(5, colOut);
     EXPECT_EQ(QColor(img.pixel(next.left() + 4, next.center().y())), toQColor(g().backColor(5, colOut)));
+
+    // A selection stretched a row down: the cell below shows it, tinted but
+    // still in its own colour's neighbourhood; the cursor's cell is unchanged.
+    g().setRowSel(6);
+    QCoreApplication::processEvents();
+    const QImage stretched = painted(table);
+    const QRect below = cell(6, colIn);
+    const QColor own = toQColor(g().backColor(6, colIn));
+    const QColor shown(stretched.pixel(below.left() + 4, below.center().y()));
+    EXPECT_NE(shown, own);
+    EXPECT_NE(shown, table->palette().color(QPalette::Active, QPalette::Highlight));
+    EXPECT_LT(std::abs(shown.lightness() - own.lightness()), 80);
+    EXPECT_EQ(QColor(stretched.pixel(current.left() + 4, current.center().y())), QColor(1, 0, 0));
 }
 
 TEST_F(GridPaintTest, ANarrowWindowScrollsSidewaysAndKeepsTheDescriptionReadable)
