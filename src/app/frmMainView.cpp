@@ -17,7 +17,6 @@
 #include <QScreen>
 #include <QStyle>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>

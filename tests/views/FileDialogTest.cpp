@@ -97,12 +97,12 @@ TEST(OpenDialog, PathsNamesSizesAndFiltersReadLeftToRight)
         checked = true;
     });
     ui::QtUi qtUi;
-    ui::FileDialogOptions spec;
-    spec.title = QStringLiteral("בחר קובץ");
-    spec.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
-    spec.startDir = dir.path();
-    spec.fileMustExist = true;
-    EXPECT_TRUE(qtUi.openFileDialog(spec).isEmpty());
+    ui::FileDialogOptions options;
+    options.title = QStringLiteral("בחר קובץ");
+    options.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
+    options.startDir = dir.path();
+    options.fileMustExist = true;
+    EXPECT_TRUE(qtUi.openFileDialog(options).isEmpty());
     EXPECT_TRUE(checked);
 }
 
