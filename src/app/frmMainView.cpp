@@ -5,23 +5,49 @@
 #include "frame/Controls.h"
 #include "base/Format.h"
 #include "base/Instances.h"
+#include "base/Modes.h"
+#include "seams/grid/GridTableModel.h"
 #include "frame/frmMain.h"
 
 #include <QAbstractTableModel>
+#include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QScreen>
 #include <QStyle>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <type_traits>
+
 namespace pelkor {
+
+namespace {
+
+// The control's name in the logic, for tests and screen readers.
+template <class W>
+W* named(W* w, const QString& name)
+{
+    w->setObjectName(name);
+    w->setAccessibleName(name);
+    // A button's caption stays readable beside its name.
+    if constexpr (std::is_base_of_v<QAbstractButton, W>)
+        w->setAccessibleDescription(w->text());
+    return w;
+}
+
+void setLabel(QLabel* l, const QString& text)
+{
+    l->setText(text);
+    l->setAccessibleDescription(text);
+}
+
+} // namespace
 
 frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent), m_(logic)
 {
@@ -29,20 +55,40 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     auto* central = new QWidget(this);
     auto* col = new QVBoxLayout(central);
     auto* top = new QHBoxLayout();
-    fileName_ = new QLabel(central);
-    status_ = new QLabel(central);
-    auto* refresh = new QPushButton(QStringLiteral("רענן"), central);
+    fileName_ = named(new QLabel(central), QStringLiteral("lblFileName"));
+    status_ = named(new QLabel(central), QStringLiteral("lblStatus"));
+    auto* refresh = named(new QPushButton(QStringLiteral("רענן"), central), QStringLiteral("cmdRefresh"));
     refresh->setShortcut(QKeySequence(Qt::Key_F5));
     top->addWidget(fileName_);
     top->addStretch(1);
     top->addWidget(status_);
     top->addWidget(refresh);
     col->addLayout(top);
-    newLines_ = new QLabel(central);
+    newLines_ = named(new QLabel(central), QStringLiteral("lblNewLines"));
     newLines_->setWordWrap(true);
     col->addWidget(newLines_);
-    table_ = new grid::GridView(m_.mainGrid().msfgMain, central);
+    table_ = named(new grid::GridView(m_.mainGrid().msfgMain, central), QStringLiteral("msfgMain"));
+    table_->tableModel()->setFigureColumns({colIn, colOut, colBalance});
     col->addWidget(table_, 1);
+
+    // A detail child's totals, under the grid. The sums read left to right.
+    totals_ = new QWidget(central);
+    auto* sums = new QHBoxLayout(totals_);
+    sums->setContentsMargins(0, 0, 0, 0);
+    const auto sum = [&](const QString& caption, const QString& name) {
+        auto* value = named(new QLabel(totals_), name);
+        value->setLayoutDirection(Qt::LeftToRight);
+        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        sums->addWidget(new QLabel(caption, totals_));
+        sums->addWidget(value);
+        sums->addSpacing(3 * value->fontMetrics().averageCharWidth());
+        return value;
+    };
+    lblTotalIncome_ = sum(QStringLiteral("סה\"כ הכנסות:"), QStringLiteral("lblTotalIncome"));
+    lblTotalExpense_ = sum(QStringLiteral("סה\"כ הוצאות:"), QStringLiteral("lblTotalExpense"));
+    sums->addStretch(1);
+    totals_->setVisible(false);
+    col->addWidget(totals_);
     // The grid model holds the new cell already.
     connect(table_, &grid::GridView::cellEntered, this, [this](int, int) {
         m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this] { m_.msfgMain_EnterCell(); });
@@ -50,8 +96,8 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     setCentralWidget(central);
 
     // The buttons of a new-line child.
-    cmdOK_ = new QPushButton(QStringLiteral("אישור"), central);
-    cmdCancel_ = new QPushButton(QStringLiteral("ביטול"), central);
+    cmdOK_ = named(new QPushButton(QStringLiteral("אישור"), central), QStringLiteral("cmdOK"));
+    cmdCancel_ = named(new QPushButton(QStringLiteral("ביטול"), central), QStringLiteral("cmdCancel"));
     auto* buttons = new QHBoxLayout();
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
@@ -97,8 +143,8 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
 void frmMainView::mirror()
 {
     setWindowTitle(m_.shown().caption.isEmpty() ? QStringLiteral("פלקור") : m_.shown().caption);
-    fileName_->setText(m_.shown().lblFileName);
-    newLines_->setText(m_.shown().lblNewLines);
+    setLabel(fileName_, m_.shown().lblFileName);
+    setLabel(newLines_, m_.shown().lblNewLines);
     newLines_->setVisible(!m_.shown().lblNewLines.isEmpty());
     table_->setVisible(m_.shown().gridVisible);
     setEnabled(m_.shown().enabled);
@@ -109,8 +155,9 @@ void frmMainView::mirror()
         placed_ = m_.shown().ltrb;
         setGeometry(placed_);
     }
+    showTotals();
     if (status_->text() != m_.shown().lblStatus) {
-        status_->setText(m_.shown().lblStatus);
+        setLabel(status_, m_.shown().lblStatus);
         // A load runs without returning to the event loop: paint the stage now.
         if (isVisible())
             status_->repaint();
@@ -144,13 +191,22 @@ void frmMainView::placeChildWindow()
     table_->setFocus();
 }
 
+void frmMainView::showTotals()
+{
+    // Only a detail child has them; the logic fills them at the end of its load.
+    totals_->setVisible(m_.instance().progMode == modeDetail && m_.shown().gridVisible);
+    setLabel(lblTotalIncome_, m_.mainGrid().lblTotalIncome);
+    setLabel(lblTotalExpense_, m_.mainGrid().lblTotalExpense);
+}
+
 void frmMainView::reload()
 {
     table_->setRedLineRow(redLineRow(m_.ledger(), m_.instance()));
     table_->resizeColumnsToContents();
-    // The description takes what the window has beyond the other columns.
-    table_->setColumnWidth(colDetail - 1, std::max(table_->columnWidth(colDetail - 1), 260));
-    table_->horizontalHeader()->setSectionResizeMode(colDetail - 1, QHeaderView::Stretch);
+    // The description takes what the window has beyond the other columns,
+    // but keeps room for a few words: a narrower window scrolls sideways.
+    table_->setFillColumn(colDetail - 1, 25 * table_->fontMetrics().averageCharWidth());
+    showTotals();
 }
 
 void frmMainView::closeEvent(QCloseEvent* e)

@@ -1,8 +1,13 @@
 // frmMainView: the main window as the user sees it.
 //
-// It draws what frmMain holds (title, status and file labels, the lines)
-// and forwards the user's acts (refresh, close) to it. Nothing here decides
-// anything about the ledger.
+// It draws what frmMain holds (title, status and file labels, the lines,
+// a detail child's totals under the grid) and forwards the user's acts
+// (refresh, close) to it. Nothing here decides anything about the ledger.
+//
+// Every control carries its name from the logic (lblStatus, cmdRefresh,
+// msfgMain, ...) as its object name and its accessible name, so a test or
+// a screen reader finds it in the accessibility tree; a label's text is
+// its accessible description.
 #pragma once
 
 #include <QMainWindow>
@@ -32,11 +37,15 @@ private:
     void showControls();
     // A child's window: small, centred, the grid with the focus.
     void placeChildWindow();
+    void showTotals();
 
     frmMain& m_;
     QLabel* status_ = nullptr;
     QLabel* fileName_ = nullptr;
     QLabel* newLines_ = nullptr;
+    QWidget* totals_ = nullptr;            // a detail child's totals row
+    QLabel* lblTotalIncome_ = nullptr;
+    QLabel* lblTotalExpense_ = nullptr;
     grid::GridView* table_ = nullptr;
     QRect placed_;   // the last place the outer host gave
     QMenu* mnuFile_ = nullptr;

@@ -23,6 +23,25 @@ inline void putTwo(char* p, int n)
     p[1] = char('0' + n % 10);
 }
 
+// A sum of 1e16 and more: a double that large holds no cents, so its exact
+// decimal digits are grouped as text, in the same form as the small ones.
+QString groupedLargeSum(double magnitude, bool negative)
+{
+    const QString digits = QString::number(magnitude, 'f', 2);   // "123000000000000000.00"
+    const qsizetype point = digits.indexOf(QLatin1Char('.'));
+    QString r;
+    r.reserve(digits.size() + point / 3 + 1);
+    for (qsizetype i = 0; i < point; ++i) {
+        if (i > 0 && (point - i) % 3 == 0)
+            r += QLatin1Char(',');
+        r += digits[i];
+    }
+    r += QStringView(digits).mid(point);
+    if (negative)
+        r += QLatin1Char('-');
+    return r;
+}
+
 } // namespace
 
 // The dates and sums below are written into a small buffer and made a
@@ -62,8 +81,8 @@ QString FormatSum(double x)
     const double cents = std::round(std::fabs(x) * 100.0);
     if (!std::isfinite(cents))
         return negative ? QStringLiteral("0.00-") : QStringLiteral("0.00");
-    if (cents >= 1e18)   // beyond whole cents in 64 bits: plain digits
-        return QString::number(std::fabs(x), 'f', 2) + (negative ? QStringLiteral("-") : QString());
+    if (cents >= 1e18)   // beyond whole cents in 64 bits
+        return groupedLargeSum(std::fabs(x), negative);
     auto whole = static_cast<unsigned long long>(cents / 100.0);
     const int frac = int(cents - double(whole) * 100.0);
     // From the right: the sign, the cents, the point, then the digits with

@@ -34,6 +34,26 @@ TEST(Format, SumsGroupRoundAndPutTheSignBehind)
     EXPECT_EQ(FormatSum(-12.1), QStringLiteral("12.10-"));
 }
 
+TEST(Format, SumsBeyondWholeCentsKeepTheirGrouping)
+{
+    // Either side of the largest sum whose cents fit 64 bits.
+    EXPECT_EQ(FormatSum(9999999999999998.0), QStringLiteral("9,999,999,999,999,998.00"));
+    EXPECT_EQ(FormatSum(1e16), QStringLiteral("10,000,000,000,000,000.00"));
+    EXPECT_EQ(FormatSum(1.23e17), QStringLiteral("123,000,000,000,000,000.00"));
+    EXPECT_EQ(FormatSum(-1.23e17), QStringLiteral("123,000,000,000,000,000.00-"));
+    EXPECT_EQ(FormatSum(1e20), QStringLiteral("100,000,000,000,000,000,000.00"));
+    // The form reads back as the number it came from.
+    EXPECT_EQ(RemoveSumNull(store::Value::text(FormatSum(-1.23e17))), -1.23e17);
+    // A sum of 301 digits: a group of one, then a hundred groups of three.
+    const QString huge = FormatSum(1e300);
+    ASSERT_TRUE(huge.endsWith(QStringLiteral(".00")));
+    const QStringList groups = huge.chopped(3).split(QLatin1Char(','));
+    ASSERT_EQ(groups.size(), 101);
+    EXPECT_EQ(groups.front(), QStringLiteral("1"));
+    for (const QString& g : groups.mid(1))
+        EXPECT_EQ(g.size(), 3) << qPrintable(g);
+}
+
 TEST(Format, NullsBecomeZeroOrEmpty)
 {
     EXPECT_EQ(RemoveSumNull(store::Value::null()), 0.0);

@@ -1,11 +1,10 @@
 // The main window over a loaded ledger: right to left, the lines shown.
-#include "app/frmMainView.h"
-#include "gen/DemoLedger.h"
-#include "file/LoadFixture.h"
+#include "ViewFixture.h"
 
 #include "frame/Controls.h"
 
 #include <QAbstractItemModel>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QWheelEvent>
@@ -14,26 +13,6 @@
 
 using namespace pelkor;
 using namespace pelkor::testing;
-
-// The demo ledger in a working run, its window shown at 1000 x 600.
-class DemoWindowTest : public LoadTest {
-protected:
-    void SetUp() override
-    {
-        LoadTest::SetUp();
-        generator::generateDemoLedger(file, QDate(2025, 6, 1));
-        start({QStringLiteral("open"), file}, QString());
-        ASSERT_FALSE(m->ended());
-        view = std::make_unique<frmMainView>(*m);
-        view->resize(1000, 600);
-        view->show();
-        QCoreApplication::processEvents();
-        table = view->findChild<QTableView*>();
-        ASSERT_NE(table, nullptr);
-    }
-    std::unique_ptr<frmMainView> view;
-    QTableView* table = nullptr;
-};
 
 TEST_F(DemoWindowTest, MainWindowShowsTheLedgerRightToLeft)
 {
@@ -93,4 +72,64 @@ TEST_F(LoadTest, ANewLineChildIsASmallWindowWithItsTwoButtons)
             shown << b->text();
     EXPECT_TRUE(shown.contains(QStringLiteral("אישור")));
     EXPECT_TRUE(shown.contains(QStringLiteral("ביטול")));
+}
+
+TEST_F(DemoWindowTest, EveryControlIsFoundByItsNameInTheAccessibilityTree)
+{
+    const QMap<QString, QString> names = accessibleNames(view.get());
+    for (const char* name : {"lblFileName", "lblStatus", "cmdRefresh", "msfgMain"})
+        EXPECT_TRUE(names.contains(QString::fromLatin1(name))) << name;
+    // The name finds the control; its description reads what the user sees.
+    EXPECT_EQ(names.value(QStringLiteral("cmdRefresh")), QStringLiteral("רענן"));
+    EXPECT_EQ(names.value(QStringLiteral("lblStatus")), m->shown().lblStatus);
+    // A working run has no totals under the grid.
+    EXPECT_FALSE(names.contains(QStringLiteral("lblTotalIncome")));
+}
+
+namespace {
+struct SilentBus : Bus {
+    bool send(std::uint32_t, const QString&) override { return true; }
+    bool sendToHost(std::uint32_t, std::uint32_t, const QString&) override { return true; }
+};
+} // namespace
+
+TEST_F(LoadTest, ADetailChildShowsItsTotalsUnderTheGrid)
+{
+    // A day of two incomes and an expense, and a line of the next day.
+    makeLedger(QStringLiteral(
+        "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+        "(1,'+1','2025-03-01','1','a',1000,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+        "(2,'+1','2025-03-01','2','b',234.5,0,1,' ','ללא צבע'),"
+        "(3,'-1','2025-03-01','3','c',0,4,2,' ','ללא צבע'),"
+        "(4,'-1','2025-03-02','4','d',0,99,2,' ','ללא צבע');"));
+    SilentBus bus;
+    busOverride = &bus;
+    start({QStringLiteral("detail"), QStringLiteral("0000beef"), QStringLiteral("2"), QStringLiteral("01/03/2025"),
+           QStringLiteral("0.0000"), file},
+          QString());
+    ASSERT_FALSE(m->ended());
+    frmMainView view(*m);
+    view.show();
+    emit m->loaded();
+    QCoreApplication::processEvents();
+
+    auto* income = view.findChild<QLabel*>(QStringLiteral("lblTotalIncome"));
+    auto* expense = view.findChild<QLabel*>(QStringLiteral("lblTotalExpense"));
+    ASSERT_TRUE(income && expense);
+    EXPECT_TRUE(income->isVisible());
+    EXPECT_EQ(income->text(), QStringLiteral("1,234.50"));
+    EXPECT_EQ(expense->text(), QStringLiteral("4.00"));
+    // Sums read left to right beside their Hebrew captions.
+    EXPECT_EQ(income->layoutDirection(), Qt::LeftToRight);
+    QStringList captions;
+    for (auto* l : view.findChildren<QLabel*>())
+        if (l->isVisible())
+            captions << l->text();
+    EXPECT_TRUE(captions.contains(QStringLiteral("סה\"כ הכנסות:")));
+    EXPECT_TRUE(captions.contains(QStringLiteral("סה\"כ הוצאות:")));
+
+    const QMap<QString, QString> names = accessibleNames(&view);
+    EXPECT_EQ(names.value(QStringLiteral("lblTotalIncome")), QStringLiteral("1,234.50"));
+    EXPECT_EQ(names.value(QStringLiteral("lblTotalExpense")), QStringLiteral("4.00"));
+    m->exitProg();
 }

@@ -1,5 +1,6 @@
 #include "app/grid/GridView.h"
 
+#include "app/grid/GridDelegate.h"
 #include "app/grid/RedLine.h"
 #include "seams/grid/GridTableModel.h"
 
@@ -32,8 +33,10 @@ GridView::GridView(GridModel& g, QWidget* parent) : QTableView(parent), g_(g)
     model_ = new GridTableModel(g_, this);
     model_->setBaseFont(font());
     setModel(model_);
+    setItemDelegate(new GridDelegate(this));
     setLayoutDirection(Qt::RightToLeft);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::ContiguousSelection);
     setWordWrap(false);
@@ -68,6 +71,32 @@ int GridView::pageRows() const
     return h > 0 ? std::max(1, viewport()->height() / h) : 1;
 }
 
+void GridView::setFillColumn(int itemCol, int minWidth)
+{
+    fillCol_ = itemCol;
+    fillMin_ = minWidth;
+    fitFillColumn();
+}
+
+void GridView::fitFillColumn()
+{
+    if (fitting_ || fillCol_ < 0 || fillCol_ >= model_->columnCount())
+        return;
+    Hold h(fitting_);
+    int others = 0;
+    for (int c = 0; c < model_->columnCount(); ++c)
+        if (c != fillCol_ && !isColumnHidden(c))
+            others += columnWidth(c);
+    // A width that brings or takes away a scroll bar changes the viewport:
+    // fit again to the new one.
+    for (int pass = 0; pass < 3; ++pass) {
+        const int width = viewport()->width();
+        setColumnWidth(fillCol_, std::max(fillMin_, width - others));
+        if (viewport()->width() == width)
+            break;
+    }
+}
+
 void GridView::applyHeights()
 {
     for (int r : hiddenRows_)
@@ -96,6 +125,7 @@ void GridView::applyWidths()
         if (w >= 0)
             setColumnWidth(c, w / twipsPerPixel);
     }
+    fitFillColumn();
 }
 
 void GridView::applyCursor()
@@ -164,6 +194,13 @@ void GridView::resizeEvent(QResizeEvent* e)
     QTableView::resizeEvent(e);
     g_.setVisibleRows(pageRows());
     redLine_->place();
+}
+
+void GridView::updateGeometries()
+{
+    QTableView::updateGeometries();
+    // The viewport narrows when the vertical scroll bar comes.
+    fitFillColumn();
 }
 
 void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous)

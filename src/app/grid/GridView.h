@@ -10,6 +10,11 @@
 // A notch of the wheel scrolls one page (wheelScroll). The red line is
 // placed under the row the owner names (setRedLineRow).
 //
+// Cells are painted by GridDelegate: the model's colours, never the
+// style's selection over them, and figures aligned on their decimal
+// points. One column may fill the width the others leave (setFillColumn),
+// down to a minimum below which the grid scrolls sideways.
+//
 // The view decides nothing about the ledger: it tells its owner that the
 // cursor entered a cell (cellEntered) and the owner forwards that to the
 // logic. A drag or a shifted click or key stretches RowSel and ColSel
@@ -46,6 +51,11 @@ public:
     // Whole body rows that fit in the viewport at the default row height.
     int pageRows() const;
 
+    // Item column itemCol takes the width the other columns leave in the
+    // viewport, never less than minWidth; -1: none. Kept on every resize.
+    void setFillColumn(int itemCol, int minWidth);
+    void fitFillColumn();
+
 signals:
     // The user moved the cursor to (row, col) of the grid (Row and Col of
     // the grid are already set).
@@ -56,6 +66,7 @@ signals:
 protected:
     void wheelEvent(QWheelEvent* e) override;
     void resizeEvent(QResizeEvent* e) override;
+    void updateGeometries() override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mouseMoveEvent(QMouseEvent* e) override;
 
@@ -72,6 +83,9 @@ private:
     int redLineGridRow_ = -1;
     std::vector<int> hiddenRows_;   // item rows this view hid
     int wheelRest_ = 0;             // eighths of a degree not yet a notch
+    int fillCol_ = -1;              // item column that fills the width
+    int fillMin_ = 0;
+    bool fitting_ = false;          // fitFillColumn is under way
     bool syncing_ = false;          // one side moves because the other did
     bool dragging_ = false;         // a drag with the left button is under way
 };

@@ -1,15 +1,22 @@
-// QtUi: prompts as real right-to-left Qt windows.
+// QtUi: prompts as real right-to-left Qt windows (see the header).
 #include "app/ui/QtUi.h"
 
 #include "app/ui/frmNoIpusView.h"
 #include "app/ui/frmPasswordView.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QTreeView>
 
 namespace pelkor::ui {
 
@@ -46,7 +53,63 @@ QMessageBox::Icon iconOf(Icon i)
     return QMessageBox::NoIcon;
 }
 
+// Cells whose text reads left to right, in a view that keeps its
+// right-to-left order of columns.
+class LeftToRightCells : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->direction = Qt::LeftToRight;
+    }
+};
+
+// The text a style draws for a widget, left to right: a combo box draws
+// its current text through the painter, whose direction is the
+// application's, whatever the combo's own.
+class LeftToRightText : public QProxyStyle {
+public:
+    void drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& pal, bool enabled,
+                      const QString& text, QPalette::ColorRole textRole) const override
+    {
+        QProxyStyle::drawItemText(painter, rect, flags | Qt::TextForceLeftToRight, pal, enabled, text, textRole);
+    }
+};
+
 } // namespace
+
+void QtUi::keepPathsLeftToRight(QFileDialog& dlg)
+{
+    // Qt's own dialog (not the desktop's) names its parts: the folder
+    // combo, the file name, the filter combo, and the two views of the
+    // folder's files. The side bar of places keeps its own painting.
+    for (const char* name : {"lookInCombo", "fileNameEdit", "fileTypeCombo"}) {
+        auto* w = dlg.findChild<QWidget*>(QLatin1String(name));
+        if (!w)
+            continue;
+        w->setLayoutDirection(Qt::LeftToRight);
+        if (qobject_cast<QComboBox*>(w)) {
+            auto* style = new LeftToRightText;
+            style->setParent(w);
+            w->setStyle(style);
+        }
+    }
+    for (const char* name : {"listView", "treeView"})
+        if (auto* v = dlg.findChild<QAbstractItemView*>(QLatin1String(name)))
+            v->setItemDelegate(new LeftToRightCells(v));
+    // Sizes and dates whole, not cut in the middle; the name takes the rest.
+    if (auto* tree = dlg.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        QHeaderView* h = tree->header();
+        h->setStretchLastSection(false);
+        h->setSectionResizeMode(0, QHeaderView::Stretch);
+        for (int c = 1; c < h->count(); ++c)
+            h->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+        dlg.resize(std::max(dlg.width(), 760), std::max(dlg.height(), 460));
+    }
+}
 
 QString QtUi::buttonText(Answer a)
 {
@@ -108,6 +171,7 @@ QStringList QtUi::runFileDialog(const FileDialogOptions& spec, bool save)
     const QStringList filters = qtNameFilters(spec.filter);
     if (!filters.isEmpty())
         dlg.setNameFilters(filters);
+    keepPathsLeftToRight(dlg);
     QString ext = spec.defaultExt;
     if (ext.startsWith(QLatin1Char('.')))
         ext.remove(0, 1);

@@ -4,12 +4,20 @@
 //
 // Every window is modal to the parent window given (or to the application)
 // and carries the title the caller gives; an empty title becomes "פלקור".
+//
+// A file dialog is right to left like the rest, but what it shows of the
+// file system reads left to right: the folder's path, the file name, the
+// filters ("פלקור (*.pkr)") and the names, sizes and dates of the files.
+// Laid out right to left, "/tmp/ledgers" showed as "tmp/ledgers/" and "*.pkr"
+// as "pkr.*".
 #pragma once
 
 #include "seams/ui/Ui.h"
 
 #include <QPointer>
 #include <QWidget>
+
+class QFileDialog;
 
 namespace pelkor::ui {
 
@@ -28,6 +36,11 @@ public:
     QString saveFileDialog(const FileDialogOptions& spec) override;
     // A dialog without a view is closed unanswered (with a warning).
     bool runDialog(Dialog& d) override;
+
+    // Sets the parts of Qt's own file dialog that show paths, file names,
+    // filters, sizes and dates left to right (nothing in the desktop's).
+    static void keepPathsLeftToRight(QFileDialog& dlg);
+
     // The user clicks for themselves: nothing to do.
     void windowReady(const QString&, const QString&, std::function<void(const QString&)>) override {}
 

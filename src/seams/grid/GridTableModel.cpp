@@ -1,8 +1,11 @@
 #include "seams/grid/GridTableModel.h"
 
 #include <QColor>
+#include <QFontDatabase>
+#include <QFontMetricsF>
 
 #include <algorithm>
+#include <cmath>
 
 namespace pelkor::grid {
 
@@ -11,9 +14,32 @@ QColor toQColor(std::uint32_t c)
     return QColor(int(c & 0xFF), int((c >> 8) & 0xFF), int((c >> 16) & 0xFF));
 }
 
+namespace {
+
+// Whether the ten digits of f are all as wide as each other.
+bool hasTabularDigits(const QFont& f)
+{
+    const QFontMetricsF fm(f);
+    const qreal zero = fm.horizontalAdvance(QLatin1Char('0'));
+    for (char d = '1'; d <= '9'; ++d)
+        if (std::abs(fm.horizontalAdvance(QLatin1Char(d)) - zero) > 0.01)
+            return false;
+    return true;
+}
+
+QFont boldOf(QFont f)
+{
+    f.setBold(true);
+    return f;
+}
+
+} // namespace
+
 GridTableModel::GridTableModel(GridModel& g, QObject* parent) : QAbstractTableModel(parent), g_(g)
 {
     bold_.setBold(true);
+    figures_ = base_;
+    boldFigures_ = bold_;
     rows_ = bodyRows();
     cols_ = bodyCols();
     g_.addListener(this);
@@ -26,8 +52,29 @@ GridTableModel::~GridTableModel()
 
 void GridTableModel::setBaseFont(const QFont& f)
 {
-    bold_ = f;
-    bold_.setBold(true);
+    base_ = f;
+    bold_ = boldOf(f);
+    figures_ = f;
+    if (!hasTabularDigits(f)) {
+        figures_ = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        if (f.pointSizeF() > 0)
+            figures_.setPointSizeF(f.pointSizeF());
+        else
+            figures_.setPixelSize(f.pixelSize());
+    }
+    boldFigures_ = boldOf(figures_);
+}
+
+void GridTableModel::setFigureColumns(std::vector<int> gridCols)
+{
+    figureCols_ = std::move(gridCols);
+    if (rows_ > 0 && cols_ > 0)
+        emit dataChanged(index(0, 0), index(rows_ - 1, cols_ - 1), {Qt::TextAlignmentRole, Qt::FontRole, FigureRole});
+}
+
+bool GridTableModel::isFigureColumn(int gridCol) const
+{
+    return std::find(figureCols_.begin(), figureCols_.end(), gridCol) != figureCols_.end();
 }
 
 int GridTableModel::bodyRows() const
@@ -64,6 +111,8 @@ Qt::ItemFlags GridTableModel::flags(const QModelIndex& index) const
 
 QVariant GridTableModel::cellData(int r, int c, int role) const
 {
+    // The header row keeps the column's alignment and the view's font.
+    const bool figure = r >= g_.FixedRows() && isFigureColumn(c);
     switch (role) {
     case Qt::DisplayRole:
         return g_.text(r, c);
@@ -72,8 +121,14 @@ QVariant GridTableModel::cellData(int r, int c, int role) const
     case Qt::ForegroundRole:
         return toQColor(g_.foreColor(r, c));
     case Qt::FontRole:
+        if (figure)
+            return g_.bold(r, c) ? boldFigures_ : figures_;
         return g_.bold(r, c) ? QVariant(bold_) : QVariant();
+    case FigureRole:
+        return figure;
     case Qt::TextAlignmentRole:
+        if (figure)
+            return int(Qt::AlignAbsolute | Qt::AlignRight | Qt::AlignVCenter);
         switch (g_.ColAlignment(c)) {
         // Left and right as the user sees them, whatever the direction.
         case Align::Left: return int(Qt::AlignAbsolute | Qt::AlignLeft | Qt::AlignVCenter);

@@ -12,6 +12,14 @@
 // change into a reset, and the rest (heights, widths, cursor, top row)
 // into the signals below, which the view (app/grid/GridView) follows.
 //
+// Figure columns hold sums. A sum is left-to-right text even in this
+// right-to-left grid, and its right end is the number's edge: the cells of a
+// figure column align right whatever the grid's own alignment of the column
+// says, so that sums with two decimals stand with their decimal points in
+// one line, and they use a font whose digits are all as wide as each other.
+// The view reads FigureRole to lay the text out left to right and to leave
+// room for the trailing minus of a negative sum on the others.
+//
 // It uses Qt Core and Gui only, so the logic's tests can read it.
 #pragma once
 
@@ -19,6 +27,8 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+
+#include <vector>
 
 namespace pelkor::grid {
 
@@ -28,6 +38,9 @@ QColor toQColor(std::uint32_t c);
 class GridTableModel : public QAbstractTableModel, private GridListener {
     Q_OBJECT
 public:
+    // true for a body cell of a figure column.
+    static constexpr int FigureRole = Qt::UserRole + 1;
+
     explicit GridTableModel(GridModel& g, QObject* parent = nullptr);
     ~GridTableModel() override;
 
@@ -47,6 +60,14 @@ public:
 
     // The font bold cells use; the plain one is the view's.
     void setBaseFont(const QFont& f);
+    // The view's font, and the font of the figures: the same where its ten
+    // digits have one width, else the system's fixed-pitch font in its size.
+    QFont baseFont() const { return base_; }
+    QFont figureFont() const { return figures_; }
+
+    // The grid columns that hold sums (see above).
+    void setFigureColumns(std::vector<int> gridCols);
+    bool isFigureColumn(int gridCol) const;
 
 signals:
     void rowHeightsChanged();
@@ -63,7 +84,8 @@ private:
     int bodyCols() const;
 
     GridModel& g_;
-    QFont bold_;
+    QFont base_, bold_, figures_, boldFigures_;
+    std::vector<int> figureCols_;
     // The shape Qt knows (rowCount, columnCount); a change of the grid's
     // shape is reported as a reset, never piecewise.
     int rows_ = 0, cols_ = 0;

@@ -109,5 +109,34 @@ TEST_F(GridTableModelTest, AShapeChangeWhileRedrawIsOffIsOneResetAtTheEnd)
     EXPECT_EQ(m.columnCount(), 8);
 }
 
+TEST_F(GridTableModelTest, FigureColumnsAlignOnTheNumbersEdgeAndKeepTheirBold)
+{
+    GridModel g(4, 5, 1, 1);
+    g.setColAlignment(3, Align::Left);   // how the logic aligns its sums
+    GridTableModel m(g);
+    std::vector<QModelIndex> changed;
+    QObject::connect(&m, &QAbstractItemModel::dataChanged, [&](const QModelIndex& a, const QModelIndex& b) {
+        changed.push_back(a);
+        changed.push_back(b);
+    });
+    m.setFigureColumns({3, 4});
+    // Views repaint what they had drawn with the old alignment.
+    ASSERT_EQ(changed.size(), 2u);
+    EXPECT_EQ(changed[1], m.index(2, 3));
+
+    g.setText(2, 3, QStringLiteral("50.00-"));
+    g.setStyle(2, 3, CellStyle{0x0000FF, 0x0000FF, true});   // over the credit: red and bold
+    const QModelIndex sum = m.indexOf(2, 3);
+    EXPECT_TRUE(m.data(sum, GridTableModel::FigureRole).toBool());
+    EXPECT_EQ(m.data(sum, Qt::TextAlignmentRole).toInt(), int(Qt::AlignAbsolute | Qt::AlignRight | Qt::AlignVCenter));
+    EXPECT_TRUE(m.data(sum, Qt::FontRole).value<QFont>().bold());
+    EXPECT_FALSE(m.data(m.indexOf(1, 4), Qt::FontRole).value<QFont>().bold());
+
+    // Other columns keep the grid's alignment; the header row is no figure.
+    EXPECT_FALSE(m.data(m.indexOf(2, 2), GridTableModel::FigureRole).toBool());
+    EXPECT_FALSE(m.data(m.indexOf(2, 2), Qt::TextAlignmentRole).isValid());
+    EXPECT_FALSE(m.headerData(2, Qt::Horizontal, Qt::TextAlignmentRole).isValid());
+}
+
 } // namespace
 } // namespace pelkor::grid
