@@ -3,7 +3,7 @@
 // reconciliation to show.
 #include "DemoFeed.h"
 
-#include "file/DemoLedger.h"
+#include "gen/DemoLedger.h"
 #include "file/Schema.h"
 #include "seams/store/Connection.h"
 

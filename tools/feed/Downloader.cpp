@@ -122,7 +122,7 @@ QStringList Downloader::addFiles(const QStringList& paths)
 
 bool Downloader::pickFiles()
 {
-    ui::FileDialogSpec spec;
+    ui::FileDialogOptions spec;
     spec.title = QStringLiteral("בחר דפי חשבון");
     spec.filter = QStringLiteral("דפי חשבון (*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt;*.xls;*.htm;*.html)|"
                                  "*.csv;*.ofx;*.qfx;*.qif;*.xml;*.txt;*.xls;*.htm;*.html|הכל|*.*");

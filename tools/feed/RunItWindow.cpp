@@ -3,7 +3,7 @@
 
 #include "Downloader.h"
 
-#include "frame/Format.h"
+#include "base/Format.h"
 #include "seams/ui/Ui.h"
 
 #include <QCloseEvent>
