@@ -1,5 +1,6 @@
 #include "app/frmMainView.h"
 
+#include "app/CellEditorsView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/Controls.h"
@@ -13,6 +14,9 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QSignalBlocker>
 #include <QCoreApplication>
 #include <QScreen>
 #include <QStyle>
@@ -89,11 +93,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     sums->addStretch(1);
     totals_->setVisible(false);
     col->addWidget(totals_);
-    // The grid model holds the new cell already.
-    connect(table_, &grid::GridView::cellEntered, this, [this](int, int) {
-        m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this] { m_.msfgMain_EnterCell(); });
-    });
     setCentralWidget(central);
+    cmbColors_ = named(new QComboBox(central), QStringLiteral("cmbColors"));
+    cmbColors_->addItems(colorWords());
+    cmbColors_->setFocusPolicy(Qt::NoFocus);
+    top->insertWidget(1, cmbColors_);
+    wireEditing();
 
     // The buttons of a new-line child.
     cmdOK_ = named(new QPushButton(QStringLiteral("אישור"), central), QStringLiteral("cmdOK"));
@@ -207,6 +212,55 @@ void frmMainView::reload()
     // but keeps room for a few words: a narrower window scrolls sideways.
     table_->setFillColumn(colDetail - 1, 25 * table_->fontMetrics().averageCharWidth());
     showTotals();
+    afterEdit();
+}
+
+void frmMainView::wireEditing()
+{
+    editors_ = new CellEditorsView(m_, *table_, this);
+    // The commit runs before the cursor leaves its cell; the grid model holds
+    // the new cell when it has entered it.
+    connect(table_, &grid::GridView::cellLeaving, this, [this] {
+        m_.guarded(QStringLiteral("msfgMainLeaveCell"), [this] { m_.editor().msfgMainLeaveCell(); });
+    });
+    connect(table_, &grid::GridView::cellEntered, this, [this](int, int) {
+        m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this] { m_.msfgMain_EnterCell(); });
+        afterEdit();
+    });
+    connect(table_, &grid::GridView::cellDoubleClicked, this, [this](int, int) {
+        m_.guarded(QStringLiteral("msfgMain_DblClick"), [this] { m_.editor().msfgMain_DblClick(); });
+        afterEdit();
+    });
+    table_->setKeyHandler([this](QKeyEvent* k) {
+        bool taken = false;
+        m_.guarded(QStringLiteral("msfgMain_KeyDown"), [&] {
+            taken = m_.editor().msfgMain_KeyDown(k->key(), k->modifiers());
+            const QString text = k->text();
+            if (!taken && text.size() == 1 && text[0].unicode() >= 32 && !(k->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
+                m_.editor().msfgMain_KeyPress(text[0]);
+                taken = true;
+            }
+        });
+        afterEdit();
+        return taken;
+    });
+    connect(cmbColors_, &QComboBox::activated, this, [this](int index) {
+        m_.guarded(QStringLiteral("cmbColors_Click"), [&] { m_.editor().cmbColors_Click(cmbColors_->itemText(index)); });
+        afterEdit();
+        table_->setFocus();
+    });
+}
+
+void frmMainView::afterEdit()
+{
+    editors_->sync();
+    // The colour box shows the current line's colour.
+    const auto& lines = m_.ledger().lines;
+    const int row = m_.mainGrid().msfgMain.Row();
+    if (row >= 1 && row <= int(lines.size())) {
+        const QSignalBlocker block(cmbColors_);
+        cmbColors_->setCurrentIndex(getColorNum(lines[size_t(row - 1)].Memo));
+    }
 }
 
 void frmMainView::closeEvent(QCloseEvent* e)

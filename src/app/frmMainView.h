@@ -19,9 +19,12 @@ class QPushButton;
 
 namespace pelkor::grid { class GridView; }
 
+class QComboBox;
+
 namespace pelkor {
 
 class frmMain;
+class CellEditorsView;
 
 class frmMainView : public QMainWindow {
     Q_OBJECT
@@ -38,6 +41,10 @@ private:
     // A child's window: small, centred, the grid with the focus.
     void placeChildWindow();
     void showTotals();
+    // The editing: the grid's events and keys to the logic, the editors and
+    // the colour box shown as it leaves them.
+    void wireEditing();
+    void afterEdit();
 
     frmMain& m_;
     QLabel* status_ = nullptr;
@@ -47,6 +54,8 @@ private:
     QLabel* lblTotalIncome_ = nullptr;
     QLabel* lblTotalExpense_ = nullptr;
     grid::GridView* table_ = nullptr;
+    CellEditorsView* editors_ = nullptr;
+    QComboBox* cmbColors_ = nullptr;
     QRect placed_;   // the last place the outer host gave
     QMenu* mnuFile_ = nullptr;
     QMenu* mnuDefs_ = nullptr;

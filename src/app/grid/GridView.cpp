@@ -1,5 +1,8 @@
 #include "app/grid/GridView.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
+
 #include "app/grid/GridDelegate.h"
 #include "app/grid/RedLine.h"
 #include "seams/grid/GridTableModel.h"
@@ -212,6 +215,8 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
     // A drag or a shifted move stretches the selection from the cursor,
     // which stays, as the old grid did; anything else moves the cursor.
     const bool stretch = dragging_ || (QGuiApplication::keyboardModifiers() & Qt::ShiftModifier);
+    if (!stretch && (r != g_.Row() || c != g_.Col()))
+        emit cellLeaving();
     Hold h(syncing_);
     if (stretch) {
         g_.setRowSel(r);
@@ -221,6 +226,28 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
     g_.setRow(r);
     g_.setCol(c);
     emit cellEntered(r, c);
+}
+
+QRect GridView::cellRect(int row, int col) const
+{
+    return visualRect(model_->indexOf(row, col));
+}
+
+void GridView::keyPressEvent(QKeyEvent* e)
+{
+    if (keyHandler_ && keyHandler_(e)) {
+        e->accept();
+        return;
+    }
+    QTableView::keyPressEvent(e);
+}
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* e)
+{
+    QTableView::mouseDoubleClickEvent(e);
+    const QModelIndex at = indexAt(e->position().toPoint());
+    if (at.isValid() && e->button() == Qt::LeftButton)
+        emit cellDoubleClicked(model_->gridRow(at.row()), model_->gridCol(at.column()));
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* e)

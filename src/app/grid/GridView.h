@@ -25,6 +25,7 @@
 
 #include <QTableView>
 
+#include <functional>
 #include <vector>
 
 namespace pelkor::grid {
@@ -51,6 +52,12 @@ public:
     // Whole body rows that fit in the viewport at the default row height.
     int pageRows() const;
 
+    // The owner's keys: a key the handler takes (true) is not the view's;
+    // the others move the cursor as a table does.
+    void setKeyHandler(std::function<bool(QKeyEvent*)> handler) { keyHandler_ = std::move(handler); }
+    // Where cell (row, col) of the grid lies in the viewport.
+    QRect cellRect(int row, int col) const;
+
     // Item column itemCol takes the width the other columns leave in the
     // viewport, never less than minWidth; -1: none. Kept on every resize.
     void setFillColumn(int itemCol, int minWidth);
@@ -62,6 +69,11 @@ signals:
     void cellEntered(int row, int col);
     // The top row changed by a scroll of the user.
     void scrolled(int topRow);
+    // The cursor is about to leave its cell for another (Row and Col are
+    // still the old cell's).
+    void cellLeaving();
+    // A double click on cell (row, col) (Row and Col are already there).
+    void cellDoubleClicked(int row, int col);
 
 protected:
     void wheelEvent(QWheelEvent* e) override;
@@ -69,6 +81,8 @@ protected:
     void updateGeometries() override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mouseMoveEvent(QMouseEvent* e) override;
+    void keyPressEvent(QKeyEvent* e) override;
+    void mouseDoubleClickEvent(QMouseEvent* e) override;
 
 private:
     void applyHeights();
@@ -88,6 +102,7 @@ private:
     bool fitting_ = false;          // fitFillColumn is under way
     bool syncing_ = false;          // one side moves because the other did
     bool dragging_ = false;         // a drag with the left button is under way
+    std::function<bool(QKeyEvent*)> keyHandler_;
 };
 
 } // namespace pelkor::grid

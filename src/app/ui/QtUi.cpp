@@ -3,6 +3,7 @@
 
 #include "app/ui/frmNoIpusView.h"
 #include "app/ui/frmPasswordView.h"
+#include "app/ui/dlgKindView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -236,6 +237,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmNoIpusView, frmNoIpus>(d, parent_);
     else if (name == QLatin1String("frmPassword"))
         shown = show<frmPasswordView, frmPassword>(d, parent_);
+    else if (name == QLatin1String("dlgKind"))
+        shown = show<dlgKindView, dlgKind>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())
