@@ -1,0 +1,38 @@
+// XKB layout names to the program's ids, and the groups of a rules-names
+// property as setxkbmap and the desktops write it.
+#include "seams/platform/KeyboardLayouts.h"
+
+#include <gtest/gtest.h>
+
+#include "QtPrinters.h"
+
+using namespace pelkor::platform;
+
+TEST(KeyboardLayouts, XkbLayoutNamesGiveIds)
+{
+    EXPECT_EQ(xkbLayoutId(u"il"), QStringLiteral("0000040d"));
+    EXPECT_EQ(xkbLayoutId(u"il(phonetic)"), QStringLiteral("0000040d"));
+    EXPECT_EQ(xkbLayoutId(u"us"), QStringLiteral("00000409"));
+    EXPECT_EQ(xkbLayoutId(u"gb"), QStringLiteral("00000409"));
+    EXPECT_EQ(xkbLayoutId(u" us:1 "), QStringLiteral("00000409"));
+    EXPECT_EQ(xkbLayoutId(u"ru"), QStringLiteral("00000419"));
+    // Unknown, empty, or a name that merely starts like a known one.
+    EXPECT_EQ(xkbLayoutId(u"jp"), QString());
+    EXPECT_EQ(xkbLayoutId(u""), QString());
+    EXPECT_EQ(xkbLayoutId(u"usx"), QString());
+}
+
+TEST(KeyboardLayouts, RulesNamesListTheGroupsInOrder)
+{
+    using namespace Qt::StringLiterals;
+    const QByteArray twoGroups("evdev\0pc105\0us,il\0,\0grp:alt_shift_toggle\0", 41);
+    EXPECT_EQ(xkbRulesLayouts(twoGroups), (QStringList{u"us"_s, u"il"_s}));
+    const QByteArray oneGroup("evdev\0pc105\0il\0\0\0", 17);
+    EXPECT_EQ(xkbRulesLayouts(oneGroup), QStringList{u"il"_s});
+    // An empty group keeps its place, so the groups after it keep theirs.
+    const QByteArray gap("evdev\0pc105\0us,,il\0\0\0", 21);
+    EXPECT_EQ(xkbRulesLayouts(gap), (QStringList{u"us"_s, QString(), u"il"_s}));
+    // No property, or one cut short.
+    EXPECT_TRUE(xkbRulesLayouts(QByteArray()).isEmpty());
+    EXPECT_TRUE(xkbRulesLayouts(QByteArray("evdev\0pc105", 11)).isEmpty());
+}
