@@ -104,6 +104,14 @@ TEST_F(X11KeyboardTest, FindsTheGroupsInAnyOrderAndRestoresAThirdLayout)
               QStringLiteral("x11 | 00000419,0000040d,00000409 | 00000419 | 1 0000040d | 1 00000409 | 1 00000419"));
 }
 
+TEST_F(X11KeyboardTest, WithoutTheRulesNamesTheKeymapNamesTheGroups)
+{
+    setLayouts(QStringLiteral("il,us"));
+    ASSERT_EQ(probe(words("norules")), QStringLiteral("ok"));
+    EXPECT_EQ(probe(words("kind groups he en initial")),
+              QStringLiteral("x11 | 0000040d,00000409 | 1 0000040d | 1 00000409 | 1 0000040d"));
+}
+
 TEST_F(X11KeyboardTest, WithoutBothLanguagesNothingIsSwitched)
 {
     setLayouts(QStringLiteral("us"));

@@ -14,9 +14,12 @@
 
 namespace pelkor {
 
-QStringList X11KeyboardLayouts::groups() const
+namespace {
+
+// The value of the root window's _XKB_RULES_NAMES, empty when it has none.
+QByteArray rulesNames(Display* display)
 {
-    const Atom rulesAtom = XInternAtom(display_, "_XKB_RULES_NAMES", True);
+    const Atom rulesAtom = XInternAtom(display, "_XKB_RULES_NAMES", True);
     if (rulesAtom == None)
         return {};
     Atom type = None;
@@ -24,15 +27,45 @@ QStringList X11KeyboardLayouts::groups() const
     unsigned long count = 0;
     unsigned long after = 0;
     unsigned char* data = nullptr;
-    const int status = XGetWindowProperty(display_, DefaultRootWindow(display_), rulesAtom, 0, 1024, False,
+    const int status = XGetWindowProperty(display, DefaultRootWindow(display), rulesAtom, 0, 1024, False,
                                           XA_STRING, &type, &format, &count, &after, &data);
     QByteArray value;
     if (status == Success && type == XA_STRING && format == 8 && data)
         value = QByteArray(reinterpret_cast<const char*>(data), qsizetype(count));
     if (data)
         XFree(data);
+    return value;
+}
+
+// The keymap's symbols name ("pc+us+il:2+inet(evdev)"), empty when unknown.
+QString symbolsName(Display* display)
+{
+    XkbDescPtr keyboard = XkbAllocKeyboard();
+    if (!keyboard)
+        return {};
+    QString name;
+    if (XkbGetNames(display, XkbSymbolsNameMask, keyboard) == Success && keyboard->names
+        && keyboard->names->symbols != None) {
+        if (char* text = XGetAtomName(display, keyboard->names->symbols)) {
+            name = QString::fromLatin1(text);
+            XFree(text);
+        }
+    }
+    XkbFreeKeyboard(keyboard, 0, True);
+    return name;
+}
+
+} // namespace
+
+QStringList X11KeyboardLayouts::groups() const
+{
+    // The rules names are what setxkbmap and the desktops write; a server
+    // without them still names its keymap's symbols.
+    QStringList layouts = platform::xkbRulesLayouts(rulesNames(display_));
+    if (layouts.isEmpty())
+        layouts = platform::xkbSymbolsLayouts(symbolsName(display_));
     QStringList ids;
-    for (const QString& layout : platform::xkbRulesLayouts(value))
+    for (const QString& layout : layouts)
         ids << platform::xkbLayoutId(layout);
     return ids;
 }

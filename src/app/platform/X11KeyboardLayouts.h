@@ -3,8 +3,9 @@
 //
 // The layouts are the keyboard's groups as the root window's
 // _XKB_RULES_NAMES property lists them (what setxkbmap and the desktops'
-// keyboard settings write), read again on every call so a change in the
-// desktop's settings is seen. The active layout is the locked group
+// keyboard settings write), or where it is missing as the keymap's symbols
+// name lists them, read again on every call so a change in the desktop's
+// settings is seen. The active layout is the locked group
 // (XkbGetState); activating one locks its group (XkbLockGroup), the same
 // as the desktop's own layout switch. A layout present in two groups is
 // reached at the first.

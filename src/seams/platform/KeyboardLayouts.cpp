@@ -69,4 +69,31 @@ QStringList xkbRulesLayouts(const QByteArray& rulesNames)
     return layouts;
 }
 
+QStringList xkbSymbolsLayouts(QStringView symbols)
+{
+    const QList<QStringView> parts = symbols.split(QLatin1Char('+'));
+    // XKB has at most four groups.
+    constexpr int maxGroups = 4;
+    QStringList layouts;
+    for (qsizetype i = 1; i < parts.size(); ++i) {
+        QStringView part = parts[i].trimmed();
+        int group = 1;
+        const qsizetype colon = part.indexOf(QLatin1Char(':'));
+        if (colon >= 0) {
+            bool ok = false;
+            group = part.mid(colon + 1).toInt(&ok);
+            if (!ok || group < 1 || group > maxGroups)
+                continue;
+            part = part.left(colon);
+        } else if (i != 1) {
+            continue;
+        }
+        while (layouts.size() < group)
+            layouts << QString();
+        if (layouts[group - 1].isEmpty())
+            layouts[group - 1] = part.toString();
+    }
+    return layouts;
+}
+
 } // namespace pelkor::platform

@@ -44,4 +44,11 @@ QString xkbLayoutId(QStringView xkbLayout);
 // variants and options, each ended by a NUL; the layouts are a comma list.
 QStringList xkbRulesLayouts(const QByteArray& rulesNames);
 
+// The layouts of the groups from a keymap's symbols name, for a server
+// without that property: "pc+us+il:2+inet(evdev)" is us in group 0 and il
+// in group 1. After the base ("pc"), the first part without a group
+// number is group 0's layout; a part with ":n" is group n-1's; the other
+// parts (inet, group, ctrl...) are options, not layouts.
+QStringList xkbSymbolsLayouts(QStringView symbols);
+
 } // namespace pelkor::platform

@@ -1,5 +1,5 @@
 // XKB layout names to the program's ids, and the groups of a rules-names
-// property as setxkbmap and the desktops write it.
+// property as setxkbmap and the desktops write it, or of a symbols name.
 #include "seams/platform/KeyboardLayouts.h"
 
 #include <gtest/gtest.h>
@@ -35,4 +35,15 @@ TEST(KeyboardLayouts, RulesNamesListTheGroupsInOrder)
     // No property, or one cut short.
     EXPECT_TRUE(xkbRulesLayouts(QByteArray()).isEmpty());
     EXPECT_TRUE(xkbRulesLayouts(QByteArray("evdev\0pc105", 11)).isEmpty());
+}
+
+TEST(KeyboardLayouts, SymbolsNamesListTheGroupsAndSkipTheOptions)
+{
+    using namespace Qt::StringLiterals;
+    EXPECT_EQ(xkbSymbolsLayouts(u"pc+us+il:2+inet(evdev)"), (QStringList{u"us"_s, u"il"_s}));
+    EXPECT_EQ(xkbSymbolsLayouts(u"pc+il(phonetic)+us:2+ru:3+inet(evdev)+group(alt_shift_toggle)"),
+              (QStringList{u"il(phonetic)"_s, u"us"_s, u"ru"_s}));
+    // A group number out of range is no group.
+    EXPECT_EQ(xkbSymbolsLayouts(u"pc+us+il:9"), QStringList{u"us"_s});
+    EXPECT_TRUE(xkbSymbolsLayouts(u"").isEmpty());
 }

@@ -7,14 +7,18 @@
 //   kind     "x11", or "none" for the layouts that do nothing
 //   groups   the ids of the configured groups, comma-separated
 //   active   the active layout's id, "-" when it has none
+//   norules  removes the root window's _XKB_RULES_NAMES: "ok"
 //   he, en, initial   switchToHebrew / switchToEnglish /
 //            switchToInitialLanguage: "1" or "0", a blank, the active id
 #include "app/platform/X11KeyboardLayouts.h"
 #include "base/KbLayout.h"
 
 #include <QGuiApplication>
+#include <QtGui/qguiapplication_platform.h>
 
 #include <cstdio>
+
+#include <X11/Xlib.h>
 
 using namespace pelkor;
 
@@ -34,7 +38,12 @@ int main(int argc, char** argv)
             line = x11 ? QStringLiteral("x11") : QStringLiteral("none");
         else if (arg == QLatin1String("groups"))
             line = x11 ? x11->groups().join(QLatin1Char(',')) : QString();
-        else if (arg == QLatin1String("active"))
+        else if (arg == QLatin1String("norules")) {
+            Display* display = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->display();
+            XDeleteProperty(display, DefaultRootWindow(display), XInternAtom(display, "_XKB_RULES_NAMES", False));
+            XSync(display, False);
+            line = QStringLiteral("ok");
+        } else if (arg == QLatin1String("active"))
             line = activeId();
         else if (arg == QLatin1String("he") || arg == QLatin1String("en") || arg == QLatin1String("initial")) {
             const bool ok = arg == QLatin1String("he") ? kb.switchToHebrew()
