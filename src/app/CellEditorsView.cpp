@@ -80,6 +80,11 @@ void CellEditorsView::place(QLineEdit* edit)
 void CellEditorsView::sync()
 {
     const EditState& e = m_.editState();
+    // The grid takes the focus before an editor that has it hides: hiding
+    // a focused child would move the focus on with a Tab of the table's
+    // own, which the grid would take as the user's.
+    if (!e.editorOpen() && (txtCell_->hasFocus() || txtCombo_->hasFocus()))
+        table_.setFocus();
     if (e.txtCell.visible) {
         place(txtCell_);
         showText(txtCell_, e.txtCell);
@@ -123,7 +128,7 @@ void CellEditorsView::sync()
     } else {
         cmbTypes_->hide();
     }
-    if (!e.editorOpen() && (txtCell_->hasFocus() || txtCombo_->hasFocus() || QApplication::focusWidget() == nullptr))
+    if (!e.editorOpen() && QApplication::focusWidget() == nullptr)
         table_.setFocus();
 }
 

@@ -10,6 +10,7 @@
 // With PELKOR_DIALOGS or PELKOR_TRANSCRIPT set, every question goes to the
 // scripted dialogs instead of a window, so whole runs work headless.
 #include "app/frmMainView.h"
+#include "app/platform/X11KeyboardLayouts.h"
 #include "app/ui/QtUi.h"
 #include "file/Schema.h"
 #include "base/BusLinks.h"
@@ -75,6 +76,9 @@ int main(int argc, char** argv)
     MailboxBus bus;
     env.bus = &bus;
     env.endProcess = [](int code) { QCoreApplication::exit(code); };
+    // The keyboard follows the column where the desktop lets us switch it.
+    const auto layouts = desktopKeyboardLayouts();
+    env.layouts = layouts.get();
 
     frmMain logic(env);
     // txtMessage: the texts a parent's child or the outer host put here.

@@ -37,6 +37,12 @@ frmMain::frmMain(Environment e, QObject* parent)
       trace_(env_.paths.logDirectory(), env_.arguments.join(QLatin1Char(' ')))
 {
     ledger_.cn.setBusyPolicy(&busy_);
+    // The layout active now is the one given back at exit.
+    if (!env_.layouts) {
+        noLayouts_ = platform::noKeyboardLayouts();
+        env_.layouts = noLayouts_.get();
+    }
+    kb_ = std::make_unique<KbLayout>(*env_.layouts);
     messages_ = env_.messages;
     if (!messages_) {
         ownMessages_ = std::make_unique<LocalMessages>();
@@ -577,7 +583,11 @@ void frmMain::linesLoaded()
 
 void frmMain::keyboardLanguage(bool hebrew)
 {
-    (void)hebrew;
+    // A failed switch is no failure: the user switches by hand.
+    if (hebrew)
+        kb_->switchToHebrew();
+    else
+        kb_->switchToEnglish();
 }
 
 void frmMain::mnuCreateLogFile_Click()
@@ -668,6 +678,7 @@ void frmMain::exitProg()
         QFile::remove(ledger_.feedPath);
     if (instance_.progMode != modeNewLines)
         sendToExcel(QStringLiteral("unload"));
+    kb_->switchToInitialLanguage();
     endProcess(0);
 }
 

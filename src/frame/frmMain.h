@@ -18,6 +18,7 @@
 
 #include "base/BusyFile.h"
 #include "base/Instance.h"
+#include "base/KbLayout.h"
 #include "base/Shown.h"
 #include "base/Trace.h"
 #include "base/WindowCalls.h"
@@ -25,6 +26,7 @@
 #include "file/OpenLedger.h"
 #include "ledger/EditState.h"
 #include "ledger/LedgerEditor.h"
+#include "seams/platform/KeyboardLayouts.h"
 #include "seams/platform/Paths.h"
 
 #include <QDate>
@@ -55,6 +57,8 @@ public:
         Messages* messages = nullptr;     // frmMessages; a local one when null
         Children* children = nullptr;     // child instances; none can start when null
         Bus* bus = nullptr;               // texts to other processes; none go when null
+        // The desktop's keyboard layouts; none are switched when null.
+        platform::KeyboardLayouts* layouts = nullptr;
         // Ends the process (after exitProg, or at once). The program quits
         // its event loop; a test records the code.
         std::function<void(int code)> endProcess;
@@ -192,6 +196,8 @@ private:
     EditState edit_;
     LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}};
 
+    std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
+    std::unique_ptr<KbLayout> kb_;
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;
     QTimer timer2_, timer3_, checker_, parentWatch_;

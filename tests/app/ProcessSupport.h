@@ -110,14 +110,22 @@ public:
             .writeString(QStringLiteral("misc"), QStringLiteral("debug"), QStringLiteral("1"));
     }
 
-    bool start(const QStringList& args)
+    // display: an X display to show the window on (the xcb platform);
+    // empty: offscreen.
+    bool start(const QStringList& args, const QString& display = {})
     {
         auto env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("PELKOR_HOME"), home());
         env.insert(QStringLiteral("PELKOR_DIALOGS"), dir_ + QStringLiteral("/rules"));
         if (!transcript.isEmpty())
             env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        if (display.isEmpty()) {
+            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        } else {
+            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+            env.insert(QStringLiteral("DISPLAY"), display);
+            env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+        }
         process.setProcessEnvironment(env);
         process.setProcessChannelMode(QProcess::ForwardedChannels);
         process.start(QStringLiteral(PELKOR_BINARY_DIR "/prjPelkor"), args);

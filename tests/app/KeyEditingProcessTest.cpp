@@ -1,0 +1,120 @@
+// Editing by the keyboard alone, on a real X display: the program runs on
+// an Xvfb of the test's own, and xdotool sends it key presses as a user's
+// keyboard would (arrows, typing, Enter, F2). The file must show each
+// change at once. Skipped where Xvfb or xdotool is missing.
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include "QtPrinters.h"
+#include "app/ProcessSupport.h"
+
+using namespace pelkor;
+using namespace pelkor::proctest;
+
+namespace {
+
+// The zeroing line is the first; the lines after it are no history, so no
+// question stops the typing.
+const QString ledgerLines = QStringLiteral(
+    "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+    "(1,'+1','2025-03-01','1','פתיחה',1000,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+    "(2,'+1','2025-03-05','2','מכירה',200,0,1,' ','ללא צבע'),"
+    "(3,'+2','2025-03-06','3','שירות',300,0,3,' ','ללא צבע');");
+
+class KeyEditing : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        PELKOR_REQUIRE_PROGRAM("prjPelkor");
+        for (const char* tool : {"Xvfb", "xdotool"})
+            if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty())
+                GTEST_SKIP() << tool << " is not installed";
+        server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
+                                              QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
+                                              QStringLiteral("0"), QStringLiteral("1280x800x24")});
+        ASSERT_TRUE(server.waitForStarted(5000));
+        QByteArray number;
+        while (!number.contains('\n') && server.waitForReadyRead(10000))
+            number += server.readAllStandardOutput();
+        display = QStringLiteral(":") + QString::fromLatin1(number.trimmed());
+    }
+    void TearDown() override
+    {
+        if (server.state() != QProcess::NotRunning) {
+            server.terminate();
+            if (!server.waitForFinished(5000))
+                server.kill();
+        }
+    }
+    // xdotool on the test's display; its standard output.
+    QString xdotool(const QStringList& args)
+    {
+        QProcess p;
+        auto env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("DISPLAY"), display);
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral("xdotool"), args);
+        p.waitForFinished(30000);
+        return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+    }
+    void keys(const QStringList& names)
+    {
+        for (const QString& k : names) {
+            xdotool({QStringLiteral("key"), QStringLiteral("--window"), window, k});
+            spinUntil([] { return false; }, 150);   // the program handles one key before the next comes
+        }
+    }
+    void type(const QString& text)
+    {
+        xdotool({QStringLiteral("type"), QStringLiteral("--window"), window, QStringLiteral("--delay"), QStringLiteral("60"), text});
+        spinUntil([] { return false; }, 300);
+    }
+
+    QProcess server;
+    QString display;
+    QString window;
+};
+
+} // namespace
+
+TEST_F(KeyEditing, ADetailAndASumTypedAtTheKeyboardReachTheFile)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    makeLedger(file, ledgerLines);
+    Program run(dir.path());
+    ASSERT_TRUE(run.traceOn());
+    ASSERT_TRUE(run.setRules(QString()));
+    ASSERT_TRUE(run.start({QStringLiteral("open"), file}, display));
+    ASSERT_TRUE(run.waitForWindow(QStringLiteral("mode 1"))) << run.prompts().join(QLatin1Char('\n')).toStdString();
+    window = xdotool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--name"), QStringLiteral("shop")})
+                 .split(QLatin1Char('\n'))
+                 .value(0);
+    ASSERT_FALSE(window.isEmpty());
+    xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
+    xdotool({QStringLiteral("windowfocus"), QStringLiteral("--sync"), window});
+
+    // The cursor starts on the first line's kind. Down to line 2, on to its
+    // description (the next column lies to the left), type, Enter.
+    keys({QStringLiteral("Down"), QStringLiteral("Left"), QStringLiteral("Left"), QStringLiteral("Left")});
+    type(QStringLiteral("Rent March"));
+    keys({QStringLiteral("Return")});
+    ASSERT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT detail FROM pelkor WHERE id=2")) == QLatin1String("Rent March"); }, 10000))
+        << query(file, QStringLiteral("SELECT detail FROM pelkor WHERE id=2")).toStdString() << "\n"
+        << run.prompts().join(QLatin1Char('\n')).toStdString();
+    // Enter moved the cursor on to the income: a new sum.
+    type(QStringLiteral("1234.5"));
+    keys({QStringLiteral("Return")});
+    ASSERT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT [in] FROM pelkor WHERE id=2")) == QLatin1String("1234.5"); }, 10000))
+        << query(file, QStringLiteral("SELECT * FROM pelkor WHERE id=2")).toStdString() << "\n" << run.trace().toStdString();
+    // F2 on the next line's description repeats the last description typed;
+    // leaving the cell commits it.
+    keys({QStringLiteral("Down"), QStringLiteral("Right"), QStringLiteral("Right"), QStringLiteral("F2"), QStringLiteral("Up")});
+    ASSERT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT detail FROM pelkor WHERE id=3")) == QLatin1String("Rent March"); }, 10000))
+        << query(file, QStringLiteral("SELECT detail FROM pelkor WHERE id=3")).toStdString();
+    // No question or refusal on the way.
+    EXPECT_TRUE(run.prompts().filter(QStringLiteral("msgbox")).isEmpty()) << run.prompts().join(QLatin1Char('\n')).toStdString();
+}
