@@ -74,6 +74,9 @@ void CellEditorsView::place(QLineEdit* edit)
     const grid::GridModel& g = m_.mainGrid().msfgMain;
     const QRect r = table_.cellRect(g.Row(), g.Col());
     edit->setFont(table_.font());
+    // Hebrew words and sums alike start from the cell's right edge, as the
+    // grid shows them.
+    edit->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     edit->setGeometry(r);
 }
 
