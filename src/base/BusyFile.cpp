@@ -20,7 +20,7 @@ void BusyFile::waiting(const QString& file, int waitedMs)
         showing_ = true;
         trace_.traceLine(QStringLiteral("busy"), file + QStringLiteral(": held by another process"));
     }
-    shown_.lblStatus = QStringLiteral("הקובץ \"%1\" תפוס בידי תוכנה אחרת, ממתין לו... (%2 שניות)")
+    shown_.lblStatus = QStringLiteral("הקובץ \"\u2068%1\u2069\" תפוס בידי תוכנה אחרת, ממתין לו... (%2 שניות)")
                            .arg(shortName(file))
                            .arg(waitedMs / 1000 + 1);
     window_.shownChanged();
@@ -28,7 +28,7 @@ void BusyFile::waiting(const QString& file, int waitedMs)
 
 QString BusyFile::question(const QString& file)
 {
-    return QStringLiteral("הקובץ \"%1\" תפוס כעת בידי תוכנה אחרת (אולי חלון פלקור נוסף, או תוכנה שכותבת בו).\n"
+    return QStringLiteral("הקובץ \"\u2068%1\u2069\" תפוס כעת בידי תוכנה אחרת (אולי חלון פלקור נוסף, או תוכנה שכותבת בו).\n"
                           "הפעולה ממתינה לו ועדיין לא בוצעה.\n\n"
                           "נסה שוב: להמתין לו עוד.\n"
                           "ביטול: לוותר על הפעולה. הקובץ יישאר כפי שהיה.")

@@ -70,6 +70,10 @@ QString fixString(const QString& s);
 QString getFileName(const QString& path);
 // getFileName less its last four characters (".pkr").
 QString getShortFileName(const QString& path);
+// s between a first-strong isolate and its end (U+2068 ... U+2069): a file
+// name or a sum inside a Hebrew sentence keeps its own order ("cut -
+// משוחזר.pkr", "1,234.50-") whatever surrounds it.
+inline QString isolated(const QString& s) { return QChar(0x2068) + s + QChar(0x2069); }
 // s less its last character.
 QString StrZToStr(const QString& s);
 // s with zeros in front up to eight characters (mailbox ids on command lines).

@@ -61,14 +61,14 @@ QString writeProblem(const QString& path)
     const QString name = QFileInfo(path).fileName();
     switch (store::writeBlock(path)) {
     case store::WriteBlock::FileSystem:
-        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": הכונן שהוא נמצא בו הוא לקריאה בלבד.\n"
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"\u2068%1\u2069\": הכונן שהוא נמצא בו הוא לקריאה בלבד.\n"
                               "העתק את הקובץ לתיקייה שאפשר לכתוב בה ופתח אותו משם.").arg(name);
     case store::WriteBlock::Folder:
-        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": אין הרשאה לכתוב בתיקייה \"%2\" שהוא נמצא בה.\n"
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"\u2068%1\u2069\": אין הרשאה לכתוב בתיקייה \"\u2068%2\u2069\" שהוא נמצא בה.\n"
                               "העתק את הקובץ לתיקייה שאפשר לכתוב בה ופתח אותו משם.")
             .arg(name, QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
     case store::WriteBlock::File:
-        return QStringLiteral("לא ניתן לעבוד בקובץ \"%1\": הקובץ מוגדר לקריאה בלבד.\n"
+        return QStringLiteral("לא ניתן לעבוד בקובץ \"\u2068%1\u2069\": הקובץ מוגדר לקריאה בלבד.\n"
                               "בטל את הגדרת הקריאה בלבד שלו ופתח אותו שוב.").arg(name);
     case store::WriteBlock::None:
         break;
@@ -87,27 +87,27 @@ LedgerFileCheck checkLedgerFile(const QString& filePath, ui::Ui& ui, Trace& trac
         trace.traceLine(QStringLiteral("OpenCon"), filePath + QStringLiteral(": ") + pr.detail);
     switch (pr.kind) {
     case store::FileKind::Missing:
-        c.problem = QStringLiteral("הקובץ \"%1\" לא נמצא.").arg(filePath);
+        c.problem = QStringLiteral("הקובץ \"\u2068%1\u2069\" לא נמצא.").arg(filePath);
         return c;
     case store::FileKind::NotDatabase:
-        c.problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו נתונים שפלקור יודע לקרוא.").arg(filePath);
+        c.problem = QStringLiteral("הקובץ \"\u2068%1\u2069\" אינו קובץ פלקור: אין בו נתונים שפלקור יודע לקרוא.").arg(filePath);
         return c;
     case store::FileKind::Damaged: {
         const QString saved = salvageName(filePath);
-        const QString offer = QStringLiteral("הקובץ \"%1\" פגום: חלק מהנתונים שבו אינם ניתנים לקריאה. הקובץ עצמו לא ישתנה.\n\n"
-                                             "לשמור את כל מה שעוד ניתן לקרוא ממנו בקובץ חדש לידו, \"%2\", ולפתוח אותו?")
+        const QString offer = QStringLiteral("הקובץ \"\u2068%1\u2069\" פגום: חלק מהנתונים שבו אינם ניתנים לקריאה. הקובץ עצמו לא ישתנה.\n\n"
+                                             "לשמור את כל מה שעוד ניתן לקרוא ממנו בקובץ חדש לידו, \"\u2068%2\u2069\", ולפתוח אותו?")
                                   .arg(name, QFileInfo(saved).fileName());
         if (ui.msgBox(offer, QStringLiteral("קובץ פגום"), ui::Buttons::YesNo, ui::Icon::Exclamation) != ui::Answer::Yes) {
-            c.problem = QStringLiteral("הקובץ \"%1\" פגום ולא נפתח. הוא נשאר כפי שהיה.").arg(name);
+            c.problem = QStringLiteral("הקובץ \"\u2068%1\u2069\" פגום ולא נפתח. הוא נשאר כפי שהיה.").arg(name);
             return c;
         }
         const store::SalvageResult sr = store::salvage(filePath, saved);
         trace.traceLine(QStringLiteral("OpenCon"), QStringLiteral("salvaged %1 rows to %2 %3").arg(sr.rows).arg(saved, sr.why));
         if (sr.rows < 0) {
-            c.problem = QStringLiteral("לא ניתן היה לקרוא דבר מהקובץ הפגום \"%1\". הוא נשאר כפי שהיה.").arg(name);
+            c.problem = QStringLiteral("לא ניתן היה לקרוא דבר מהקובץ הפגום \"\u2068%1\u2069\". הוא נשאר כפי שהיה.").arg(name);
             return c;
         }
-        ui.msgBox(QStringLiteral("מה שניתן היה לקרוא נשמר בקובץ \"%1\", והוא נפתח עכשיו.\n"
+        ui.msgBox(QStringLiteral("מה שניתן היה לקרוא נשמר בקובץ \"\u2068%1\u2069\", והוא נפתח עכשיו.\n"
                                  "בדוק את השורות האחרונות מול דף הבנק: ייתכן שחלק מהן אבד.").arg(QFileInfo(saved).fileName()),
                   QStringLiteral("קובץ פגום"), ui::Buttons::OK, ui::Icon::Information);
         c.path = saved;
@@ -117,7 +117,7 @@ LedgerFileCheck checkLedgerFile(const QString& filePath, ui::Ui& ui, Trace& trac
         break;
     }
     if (!pr.tables.contains(QStringLiteral("pelkor"), Qt::CaseInsensitive)) {
-        c.problem = QStringLiteral("הקובץ \"%1\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
+        c.problem = QStringLiteral("הקובץ \"\u2068%1\u2069\" אינו קובץ פלקור: אין בו טבלת שורות.").arg(filePath);
         return c;
     }
     c.problem = writeProblem(filePath);

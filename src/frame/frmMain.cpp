@@ -223,7 +223,7 @@ bool frmMain::OpenCon()
     emit changed();
     QString problem = check.problem;
     if (problem.isEmpty() && !reopenCon())
-        problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"%1\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(ledger_.filePath);
+        problem = QStringLiteral("לא ניתן לפתוח את הקובץ \"\u2068%1\u2069\" לכתיבה. ייתכן שהוא לקריאה בלבד.").arg(ledger_.filePath);
     if (!problem.isEmpty()) {
         t.line(problem);
         ui_.msgBox(problem, title, Buttons::OK, Icon::Critical);
@@ -535,14 +535,14 @@ void frmMain::guarded(const QString& proc, const std::function<void()>& fn)
     const QString file = QFileInfo(ledger_.filePath).fileName();
     if (busy && instance_.progMode == modeOpenedFile) {
         // The repair run has nothing to offer but the repair: it ends.
-        ui_.msgBox(QStringLiteral("תיקון הקובץ \"%1\" הופסק כי תוכנה אחרת מחזיקה בו. לא נעשה בו שום שינוי.\n"
+        ui_.msgBox(QStringLiteral("תיקון הקובץ \"\u2068%1\u2069\" הופסק כי תוכנה אחרת מחזיקה בו. לא נעשה בו שום שינוי.\n"
                                   "אפשר לתקן אותו שוב כשהקובץ יתפנה.").arg(file),
                    title, Buttons::OK, Icon::Exclamation);
         exitProg();
         return;
     }
     if (busy) {
-        ui_.msgBox(QStringLiteral("הפעולה בוטלה כי הקובץ \"%1\" תפוס בידי תוכנה אחרת. הקובץ נשאר כפי שהיה.").arg(file),
+        ui_.msgBox(QStringLiteral("הפעולה בוטלה כי הקובץ \"\u2068%1\u2069\" תפוס בידי תוכנה אחרת. הקובץ נשאר כפי שהיה.").arg(file),
                    title, Buttons::OK, Icon::Exclamation);
         return;
     }

@@ -26,7 +26,7 @@ const QString clean = QStringLiteral(
     "(1,'+1','2025-03-01','1','a',10,0,1,' ','ללא צבע'),"
     "(2,'-1','2025-03-02','2','b',0,4,2,'ZZZZZZZZZZ','ללא צבע');");
 
-const QString question = QStringLiteral("msgbox|הקובץ תפוס|הקובץ \"shop.pkr\" תפוס כעת בידי תוכנה אחרת");
+const QString question = QStringLiteral("msgbox|הקובץ תפוס|הקובץ \"\u2068shop.pkr\u2069\" תפוס כעת בידי תוכנה אחרת");
 
 // Every row of the lines and settings, as text: what "unchanged" compares.
 QString digest(const QString& file)
@@ -74,7 +74,7 @@ TEST(BusyFile, GivingUpInARepairRunEndsItAndChangesNothing)
     EXPECT_EQ(run.finish(), 0);
     const QStringList prompts = run.prompts();
     EXPECT_TRUE(hasPrompt(prompts, question)) << prompts.join(QLatin1Char('\n')).toStdString();
-    EXPECT_TRUE(hasPrompt(prompts, QStringLiteral("msgbox|פלקור|תיקון הקובץ \"shop.pkr\" הופסק כי תוכנה אחרת מחזיקה בו")))
+    EXPECT_TRUE(hasPrompt(prompts, QStringLiteral("msgbox|פלקור|תיקון הקובץ \"\u2068shop.pkr\u2069\" הופסק כי תוכנה אחרת מחזיקה בו")))
         << prompts.join(QLatin1Char('\n')).toStdString();
     EXPECT_FALSE(hasPrompt(prompts, QStringLiteral("msgbox|פלקור|תיקון הקובץ הסתיים בהצלחה")));
     expectNoInternals(prompts);
@@ -126,7 +126,7 @@ TEST(BusyFile, GivingUpInAWorkingRunLeavesTheWindowUsable)
     ASSERT_TRUE(run.start({QStringLiteral("open"), file}));
     // The run stays up: the user may press F5 once the file is free.
     ASSERT_TRUE(run.waitForRecord([](const Record& r) {
-        return r.text.startsWith(QStringLiteral("הפעולה בוטלה כי הקובץ \"shop.pkr\" תפוס"));
+        return r.text.startsWith(QStringLiteral("הפעולה בוטלה כי הקובץ \"\u2068shop.pkr\u2069\" תפוס"));
     })) << run.prompts().join(QLatin1Char('\n')).toStdString();
     const quint32 box = bus::findPublished(run.pid(), QStringLiteral("txtMessage"));
     ASSERT_NE(box, 0u);

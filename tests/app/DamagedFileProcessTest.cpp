@@ -69,7 +69,7 @@ TEST(DamagedFile, AFileThatIsNoDatabaseIsRefusedAndLeftAlone)
     Program run(dir.path());
     EXPECT_EQ(openRun(run, file, QString()), 1);
     EXPECT_TRUE(run.prompts().contains(
-        QStringLiteral("msgbox|פלקור|הקובץ \"%1\" אינו קובץ פלקור: אין בו נתונים שפלקור יודע לקרוא.|OK").arg(file)))
+        QStringLiteral("msgbox|פלקור|הקובץ \"\u2068%1\u2069\" אינו קובץ פלקור: אין בו נתונים שפלקור יודע לקרוא.|OK").arg(file)))
         << run.prompts().join(QLatin1Char('\n')).toStdString();
     EXPECT_EQ(hashOf(file), before);
     EXPECT_EQ(besides(dir.path()), QStringList{QStringLiteral("shop.pkr")});
@@ -99,7 +99,7 @@ TEST(DamagedFile, ACutLedgerIsOfferedASavedCopy)
         const QString rules = QStringLiteral("קובץ פגום => %1\n").arg(yes ? "Yes" : "No");
         if (!yes) {
             EXPECT_EQ(openRun(run, file, rules), 1);
-            EXPECT_TRUE(run.prompts().contains(QStringLiteral("msgbox|פלקור|הקובץ \"shop.pkr\" פגום ולא נפתח. הוא נשאר כפי שהיה.|OK")))
+            EXPECT_TRUE(run.prompts().contains(QStringLiteral("msgbox|פלקור|הקובץ \"\u2068shop.pkr\u2069\" פגום ולא נפתח. הוא נשאר כפי שהיה.|OK")))
                 << run.prompts().join(QLatin1Char('\n')).toStdString();
             EXPECT_EQ(besides(dir.path()), QStringList{QStringLiteral("shop.pkr")});
         } else {
@@ -144,7 +144,7 @@ TEST(DamagedFile, ALedgerOnAReadOnlyFileSystemSaysSo)
     const QStringList got = run.prompts();
     ::umount(rofs.constData());
     EXPECT_EQ(code, 1);
-    EXPECT_TRUE(got.contains(QStringLiteral("msgbox|פלקור|לא ניתן לעבוד בקובץ \"shop.pkr\": הכונן שהוא נמצא בו הוא לקריאה בלבד.\\n"
+    EXPECT_TRUE(got.contains(QStringLiteral("msgbox|פלקור|לא ניתן לעבוד בקובץ \"\u2068shop.pkr\u2069\": הכונן שהוא נמצא בו הוא לקריאה בלבד.\\n"
                                             "העתק את הקובץ לתיקייה שאפשר לכתוב בה ופתח אותו משם.|OK")))
         << got.join(QLatin1Char('\n')).toStdString();
     EXPECT_EQ(hashOf(file), before);

@@ -76,6 +76,7 @@ protected:
         env.children = &children;
         env.messages = &messages;
         env.bus = busOverride;
+        env.layouts = layouts;
         env.endProcess = [this](int code) { endCode = code; };
         m = std::make_unique<frmMain>(env);
         m->Form_Load();
@@ -128,6 +129,7 @@ protected:
     PlayedChildren children;
     LocalMessages messages{0x1234abcd};
     Bus* busOverride = nullptr;
+    platform::KeyboardLayouts* layouts = nullptr;   // none switched when null
     std::unique_ptr<ui::ScriptedUi> ui_;
     std::unique_ptr<frmMain> m;
     int endCode = -1;

@@ -7,6 +7,7 @@
 #include "file/Display.h"
 #include "file/LoadFixture.h"
 #include "seams/grid/GridModel.h"
+#include "seams/platform/FakeKeyboardLayouts.h"
 
 #include <gtest/gtest.h>
 
@@ -226,4 +227,25 @@ TEST_F(Editing, EscClosesTheEditorWithoutACommitAndF2RepeatsTheLastText)
     EXPECT_EQ(query(QStringLiteral("SELECT date FROM pelkor WHERE id=2")), QStringLiteral("06/03/2025"));
     EXPECT_EQ(g().Row(), 3);
     EXPECT_EQ(g().Col(), colDetail);
+}
+
+// The keyboard follows the column: English for kinds and sums, Hebrew for
+// the texts and the type; at exit the layout of the start comes back.
+TEST_F(Editing, TheKeyboardFollowsTheColumnAndComesBackAtExit)
+{
+    FakeKeyboardLayouts desktop(QStringLiteral("00000409"));
+    layouts = &desktop;
+    open();
+    go(2, colDetail);
+    EXPECT_EQ(desktop.current, QStringLiteral("0000040d"));
+    go(2, colIn);
+    EXPECT_EQ(desktop.current, QStringLiteral("00000409"));
+    go(2, colType);
+    EXPECT_EQ(desktop.current, QStringLiteral("0000040d"));
+    // Moving within the Hebrew columns switches nothing more.
+    const qsizetype switches = desktop.activations.size();
+    go(3, colType);
+    EXPECT_EQ(desktop.activations.size(), switches);
+    m->exitProg();
+    EXPECT_EQ(desktop.current, QStringLiteral("00000409"));
 }
