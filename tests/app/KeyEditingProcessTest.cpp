@@ -118,3 +118,33 @@ TEST_F(KeyEditing, ADetailAndASumTypedAtTheKeyboardReachTheFile)
     // No question or refusal on the way.
     EXPECT_TRUE(run.prompts().filter(QStringLiteral("msgbox")).isEmpty()) << run.prompts().join(QLatin1Char('\n')).toStdString();
 }
+
+// A repair run hands a line with text in its sum to the bad-lines child; the
+// user mends the sum there by keys, and the file holds the mended line.
+TEST_F(KeyEditing, ABadLineIsMendedInTheChildByKeys)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    makeLedger(file, QStringLiteral(
+                         "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+                         "(1,'+1','2025-03-01','1','פתיחה',1000,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+                         "(2,'+1','2025-03-07','2','מכירה','12,5a',0,1,' ','ללא צבע');"));
+    Program run(dir.path());
+    ASSERT_TRUE(run.setRules(QStringLiteral("בחר קובץ => ") + file + QLatin1Char('\n')));
+    ASSERT_TRUE(run.start({}, display));
+    ASSERT_TRUE(run.waitForWindow(QStringLiteral("mode 4 type 3"))) << run.prompts().join(QLatin1Char('\n')).toStdString();
+    // The child is the newest window of the file; it starts minimised.
+    window = xdotool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--name"), QStringLiteral("shop")})
+                 .split(QLatin1Char('\n'))
+                 .last();
+    ASSERT_FALSE(window.isEmpty());
+    xdotool({QStringLiteral("windowmap"), QStringLiteral("--sync"), window});
+    xdotool({QStringLiteral("windowfocus"), QStringLiteral("--sync"), window});
+    // The bad line's income: four columns to the left of its kind.
+    keys({QStringLiteral("Left"), QStringLiteral("Left"), QStringLiteral("Left"), QStringLiteral("Left")});
+    type(QStringLiteral("125"));
+    keys({QStringLiteral("Return")});
+    EXPECT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT [in] FROM pelkor WHERE id=2")) == QLatin1String("125"); }, 10000))
+        << query(file, QStringLiteral("SELECT [in] FROM pelkor WHERE id=2")).toStdString() << "\n"
+        << run.prompts().join(QLatin1Char('\n')).toStdString();
+}

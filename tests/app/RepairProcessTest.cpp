@@ -178,11 +178,6 @@ TEST(RepairProcess, BadLinesGoToARealChildAndBack)
     }
 }
 
-// Mending a bad line in the child by key presses, on a real display.
-TEST(RepairProcess, ABadLineIsMendedInTheChildByKeys)
-{
-    GTEST_SKIP() << "the child's grid takes no typing yet: cells cannot be edited";
-}
 
 // The new-line child dies without a word (killed while the user would be
 // typing): the parent does not stay disabled waiting for it. It takes the
