@@ -10,6 +10,7 @@
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
 #include "ledger/dlgKind.h"
+#include "ledger/frmCalc.h"
 #include "seams/grid/GridModel.h"
 #include "seams/store/TextForms.h"
 #include "seams/ui/Ui.h"
@@ -191,10 +192,26 @@ void LedgerEditor::msfgMain_DblClick()
         return doKindDlg(cell(colKind).trimmed());
     }
     if (col == colIn || col == colOut) {
-        // The calculator takes sums by a double click; in conversion the
-        // sums cannot change at all.
-        if (p_.instance.detail.conv != 0)
+        // In a new-line child only the lines that did not reach the bank
+        // take a sum here; a confirmed line never does.
+        if (isConfirmedRow(g().Row())
+            || (inst.progMode == modeNewLines && inst.newLineDialogType != lineDialogUnconfirmedPelkor))
+            return;
+        if (p_.instance.detail.conv != 0) {
             p_.ui.msgBox(QStringLiteral("לא ניתן לשנות סכומים במצב המרה"), errorTitle, Buttons::OK, Icon::Exclamation);
+            return;
+        }
+        if (p_.edit.txtCell.visible)
+            takeEditorText(false);
+        double v = 0;
+        if (!store::text::parseNumber(cell(col).trimmed(), v))
+            return;
+        setCell(col, FormatSum(v));
+        frmCalc calc(v, p_.ui);
+        p_.ui.runDialog(calc);
+        // The commit runs when the cursor leaves the cell.
+        if (!calc.didCancelCalc())
+            setCell(col, FormatSum(calc.calcValue()));
         return;
     }
     if (col == colDate && locked)

@@ -4,6 +4,7 @@
 #include "app/ui/frmNoIpusView.h"
 #include "app/ui/frmPasswordView.h"
 #include "app/ui/dlgKindView.h"
+#include "app/ui/frmCalcView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -239,6 +240,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmPasswordView, frmPassword>(d, parent_);
     else if (name == QLatin1String("dlgKind"))
         shown = show<dlgKindView, dlgKind>(d, parent_);
+    else if (name == QLatin1String("frmCalc"))
+        shown = show<frmCalcView, frmCalc>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())
