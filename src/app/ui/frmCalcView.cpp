@@ -39,7 +39,8 @@ frmCalcView::frmCalcView(frmCalc& logic, QWidget* parent) : QDialog(parent), log
             if (!rows[r][c])
                 continue;
             const QString name = QString::fromLatin1(rows[r][c]);
-            auto* b = new QPushButton(logic.label(name), this);
+            // Marks on either side keep "M+" and "+/-" in their own order.
+            auto* b = new QPushButton(QChar(0x200E) + logic.label(name) + QChar(0x200E), this);
             b->setObjectName(name);
             b->setAccessibleName(name);
             // The keyboard stays with the window, as it does on the old form.
