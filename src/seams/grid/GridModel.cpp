@@ -638,6 +638,48 @@ void GridModel::setStyle(int r, int c0, int c1, const CellStyle& s)
     cellsChanged(r, r, c0, c1);
 }
 
+void GridModel::setForeAndBoldBy(int c, int r0, int r1, const std::uint8_t* flags, std::uint32_t onFore, bool onBold,
+                                 std::uint32_t offFore, bool offBold)
+{
+    if (c < 0 || c >= Cols() || r0 > r1)
+        return;
+    const int first = std::max(r0, 0), last = std::min(r1, rows_ - 1);
+    Column& col = cols_[size_t(c)];
+    // What each palette index becomes, by flag: a column holds a handful
+    // of styles, so a small table keyed by index spares the palette's map.
+    constexpr int memo = 16;
+    std::uint16_t from[2][memo], to[2][memo];
+    std::fill(&from[0][0], &from[0][0] + 2 * memo, std::uint16_t(0xFFFF));
+    int changed0 = last + 1, changed1 = first - 1;
+    for (int r = first; r <= last; ++r) {
+        const int f = flags[r - r0] ? 1 : 0;
+        std::uint16_t s = col.styles[size_t(r)];
+        const int slot = s % memo;
+        if (from[f][slot] != s) {
+            CellStyle want = palette_[s];
+            want.fore = (f ? onFore : offFore) & 0xFFFFFF;
+            want.bold = f ? onBold : offBold;
+            const std::size_t before = palette_.size();
+            const std::uint16_t i = intern(want);
+            if (palette_.size() < before) {
+                // The palette was compacted and renumbered: start the table over.
+                std::fill(&from[0][0], &from[0][0] + 2 * memo, std::uint16_t(0xFFFF));
+                s = col.styles[size_t(r)];
+            }
+            from[f][s % memo] = s;
+            to[f][s % memo] = i;
+        }
+        const std::uint16_t i = to[f][s % memo];
+        if (i != s) {
+            col.styles[size_t(r)] = i;
+            changed0 = std::min(changed0, r);
+            changed1 = r;
+        }
+    }
+    if (changed0 <= changed1)
+        cellsChanged(changed0, changed1, c, c);
+}
+
 void GridModel::setBackColor(int r, int c, std::uint32_t color)
 {
     CellStyle s = style(r, c);
