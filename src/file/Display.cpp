@@ -8,7 +8,7 @@
 #include "seams/store/TextForms.h"
 
 #include <array>
-#include <vector>
+#include <memory>
 
 namespace pelkor {
 
@@ -235,16 +235,16 @@ void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int start
     if (startRow <= lastRow) {
         // One tight pass over the lines: a row costs its two sums, its
         // balance and the credit test's answer. Texts and styles follow.
-        std::vector<std::uint8_t> over(size_t(lastRow - startRow + 1));
+        const size_t n = size_t(lastRow - startRow + 1);
+        const auto over = std::make_unique_for_overwrite<std::uint8_t[]>(n);   // every entry is written below
         Line* L = led.lines.data() + (startRow - 1);
         const double credit = led.theCredit;
-        for (std::uint8_t& o : over) {
+        for (size_t k = 0; k < n; ++k, ++L) {
             balance = nextBalance(balance, *L);
             L->balance = balance;
-            o = isOverCredit(balance, credit);
-            ++L;
+            over[k] = isOverCredit(balance, credit);
         }
-        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.data(), colors::overCredit, true, colors::text, false);
+        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.get(), colors::overCredit, true, colors::text, false);
         // The rows that show get their texts now; the others are deferred
         // again, their texts made from lines[].balance when first read.
         const int firstShown = std::max(startRow, g.TopRow());

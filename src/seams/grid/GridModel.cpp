@@ -644,34 +644,36 @@ void GridModel::setForeAndBoldBy(int c, int r0, int r1, const std::uint8_t* flag
     if (c < 0 || c >= Cols() || r0 > r1)
         return;
     const int first = std::max(r0, 0), last = std::min(r1, rows_ - 1);
-    Column& col = cols_[size_t(c)];
-    // What each palette index becomes, by flag: a column holds a handful
-    // of styles, so a small table keyed by index spares the palette's map.
-    constexpr int memo = 16;
-    std::uint16_t from[2][memo], to[2][memo];
-    std::fill(&from[0][0], &from[0][0] + 2 * memo, std::uint16_t(0xFFFF));
+    std::uint16_t* const styles = cols_[size_t(c)].styles.data();
+    // What each palette index becomes, by flag (entry 2 * index + flag),
+    // filled as indexes turn up. A grid holds a few dozen styles, so the
+    // table is small; indexes the pass adds are only ever results, never
+    // the index of a row still ahead.
+    constexpr std::uint16_t unknown = 0xFFFF;
+    std::vector<std::uint16_t> to(palette_.size() * 2, unknown);
+    // A row whose index and flag the table does not know yet.
+    const auto learn = [&](int r, std::size_t f) {
+        CellStyle want = palette_[styles[r]];
+        want.fore = (f ? onFore : offFore) & 0xFFFFFF;
+        want.bold = f ? onBold : offBold;
+        const std::size_t before = palette_.size();
+        const std::uint16_t i = intern(want);
+        if (palette_.size() < before)   // compacted and renumbered: start over
+            to.assign(palette_.size() * 2, unknown);
+        to[2 * std::size_t(styles[r]) + f] = i;
+    };
+    const std::uint8_t* flag = flags + (first - r0);
     int changed0 = last + 1, changed1 = first - 1;
-    for (int r = first; r <= last; ++r) {
-        const int f = flags[r - r0] ? 1 : 0;
-        std::uint16_t s = col.styles[size_t(r)];
-        const int slot = s % memo;
-        if (from[f][slot] != s) {
-            CellStyle want = palette_[s];
-            want.fore = (f ? onFore : offFore) & 0xFFFFFF;
-            want.bold = f ? onBold : offBold;
-            const std::size_t before = palette_.size();
-            const std::uint16_t i = intern(want);
-            if (palette_.size() < before) {
-                // The palette was compacted and renumbered: start the table over.
-                std::fill(&from[0][0], &from[0][0] + 2 * memo, std::uint16_t(0xFFFF));
-                s = col.styles[size_t(r)];
-            }
-            from[f][s % memo] = s;
-            to[f][s % memo] = i;
+    for (int r = first; r <= last; ++r, ++flag) {
+        const std::size_t f = *flag ? 1 : 0;
+        std::size_t k = 2 * std::size_t(styles[r]) + f;
+        if (to[k] == unknown) {
+            learn(r, f);
+            k = 2 * std::size_t(styles[r]) + f;
         }
-        const std::uint16_t i = to[f][s % memo];
-        if (i != s) {
-            col.styles[size_t(r)] = i;
+        const std::uint16_t i = to[k];
+        if (i != styles[r]) {
+            styles[r] = i;
             changed0 = std::min(changed0, r);
             changed1 = r;
         }
