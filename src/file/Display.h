@@ -96,8 +96,9 @@ int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long lon
 // row 1, else from the balance cell above startRow read back as a number.
 // Writes lines[].balance of every row from startRow on; the balance cells
 // of the rows that show (TopRow to lastVisibleRow) get their texts, the
-// others are deferred again to the text source, which makes them from
-// lines[].balance when they are read. Every cell from startRow on keeps
+// others are deferred again to the text source drawLoad gave the grid,
+// which makes them from lines[].balance when they are read (so g must be
+// a grid drawLoad drew from these lines). Every cell from startRow on keeps
 // the credit test's look (a style is written only where it differs).
 // Nothing in progMode 3 and 4. Redraw is turned on at the end unless
 // keepRedrawOff; the model tells its listeners of one change.
