@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|feed]
+//                [--only store|bare|open|edit|feed]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -15,6 +15,14 @@
 //   memory  what the working run holds after the load, per 100,000 lines,
 //           against the bare read's rows held in memory; each side measured
 //           in a fresh process of its own. Target 120 MB per 100,000 lines.
+//   edit    in a working run opened on the file, one edited expense near the
+//           top of the ledger committed: from the text put into the cell to
+//           the end of msfgMainLeaveCell (the question about history answered
+//           yes by the scripted ui, the statement, the balances of nearly
+//           every row, the model's notices), against the bare SQLite
+//           "BEGIN; UPDATE ... SET out ...; COMMIT;" of the same row on a
+//           connection of its own to the same file, in WAL mode as the store
+//           opens it. Both sides write a changed value each time. Target 2.0.
 //
 // Each figure is the best of several runs of each side, the two sides taking
 // turns and each going first in half of the rounds, so that a busy machine
@@ -27,6 +35,7 @@
 // reused while their line count is right.
 #include "gen/LedgerGenerator.h"
 
+#include "file/Display.h"
 #include "file/Schema.h"
 #include "frame/frmMain.h"
 #include "seams/store/Connection.h"
@@ -149,6 +158,7 @@ public:
         m_->Form_Load();
     }
     const frmMain& logic() const { return *m_; }
+    frmMain& logic() { return *m_; }
 
 private:
     QTemporaryDir home_;
@@ -166,6 +176,83 @@ double openRun(const QString& path, long expected)
         std::fprintf(stderr, "open filled %d grid rows, expected %ld\n", run.logic().mainGrid().msfgMain.Rows(), expected + 1);
     return ms;
 }
+
+// The edit figure's two sides on one file: a working run kept open with its
+// cursor on the expense of an expense line near the top, and a connection
+// of the bare API to the same file. Each call writes a value that differs
+// from the one before, so that every commit really changes the row.
+class EditSides {
+public:
+    explicit EditSides(const QString& path)
+        : run_(path)
+    {
+        frmMain& m = run_.logic();
+        const auto& lines = m.ledger().lines;
+        // From the second line on, so the balance starts from a cell above.
+        for (size_t i = 1; i < std::min<size_t>(lines.size(), 1000) && line_ < 0; ++i)
+            if (lines[i].out != 0 && lines[i].In == 0)
+                line_ = int(i);
+        if (line_ < 0) {
+            std::fprintf(stderr, "edit: no expense line near the top\n");
+            return;
+        }
+        id_ = lines[size_t(line_)].Id.toLongLong();
+        grid::GridModel& g = m.mainGrid().msfgMain;
+        // Where a click on the cell leaves the grid: the row shows.
+        g.setTopRow(line_ + 1);
+        m.editor().msfgMainLeaveCell();
+        g.setRow(line_ + 1);
+        g.setCol(colOut);
+        m.editor().msfgMain_EnterCell();
+        sqlite3_open_v2(path.toUtf8().constData(), &db_, SQLITE_OPEN_READWRITE, nullptr);
+        sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    }
+    ~EditSides() { sqlite3_close(db_); }
+    EditSides(const EditSides&) = delete;
+    EditSides& operator=(const EditSides&) = delete;
+
+    bool ready() const { return line_ >= 0 && db_; }
+
+    double mine()
+    {
+        frmMain& m = run_.logic();
+        const double v = next(m.ledger().lines[size_t(line_)].out);
+        const QString text = FormatSum(v);
+        QElapsedTimer t;
+        t.start();
+        m.mainGrid().msfgMain.setText(line_ + 1, colOut, text);
+        m.editor().msfgMainLeaveCell();
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        if (m.ledger().lines[size_t(line_)].out != v)
+            std::fprintf(stderr, "edit: the line holds %.2f, expected %.2f\n", m.ledger().lines[size_t(line_)].out, v);
+        return ms;
+    }
+
+    double bare()
+    {
+        bareOut_ = next(bareOut_);
+        const std::string sql = "BEGIN; UPDATE pelkor SET out = " + std::to_string(bareOut_)
+            + " WHERE id = " + std::to_string(id_) + "; COMMIT;";
+        QElapsedTimer t;
+        t.start();
+        char* error = nullptr;
+        if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &error) != SQLITE_OK) {
+            std::fprintf(stderr, "edit: the bare update failed: %s\n", error ? error : "?");
+            sqlite3_free(error);
+        }
+        return double(t.nsecsElapsed()) / 1e6;
+    }
+
+private:
+    // Two sums taken in turn.
+    static double next(double was) { return was == 123.45 ? 234.56 : 123.45; }
+
+    WorkingRun run_;
+    int line_ = -1;
+    long long id_ = 0;
+    sqlite3* db_ = nullptr;
+    double bareOut_ = 0;
+};
 
 // The resident set of this process, in bytes.
 double residentBytes()
@@ -245,9 +332,12 @@ std::pair<double, double> bestOf(int count, Mine mine, Base base)
     return {m, b};
 }
 
-void printFigure(const QString& figure, double mine, double base, const char* target)
+// decimals: 1 for figures of tens of milliseconds and more, 2 for the
+// edit's fractions of one.
+void printFigure(const QString& figure, double mine, double base, const char* target, int decimals = 1)
 {
-    std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", figure.toUtf8().constData(), mine, base, mine / base, target);
+    std::printf("%-28s %12.*f %12.*f %8.2f %8s\n", figure.toUtf8().constData(), decimals, mine, decimals, base, mine / base,
+                target);
     std::fflush(stdout);
 }
 
@@ -297,6 +387,18 @@ int main(int argc, char** argv)
         const auto bare = [&] { return bareRead(path, n); };
         const auto read = [&] { return storeRead(path, n); };
         const auto open = [&] { return openRun(path, n); };
+        // An edit takes milliseconds: as many rounds as a small file's read.
+        const int editCount = std::max(count, 20);
+        if (only == QLatin1String("edit")) {
+            EditSides sides(path);
+            if (!sides.ready())
+                return 1;
+            double best = 1e300;
+            for (int r = 0; r < count; ++r)
+                best = std::min(best, sides.mine());
+            std::printf("%-28s %12.2f\n", QStringLiteral("edit %1 lines ms").arg(n).toUtf8().constData(), best);
+            continue;
+        }
         if (!only.isEmpty()) {
             double best = 1e300;
             for (int r = 0; r < count; ++r)
@@ -312,6 +414,11 @@ int main(int argc, char** argv)
         const double mine = memoryPer100k(QStringLiteral("open"), path, n);
         const double base = memoryPer100k(QStringLiteral("bare"), path, n);
         printFigure(QStringLiteral("memory %1 lines MB/100k").arg(n), mine, base, "120 MB");
+        EditSides sides(path);
+        if (sides.ready()) {
+            const auto [editMs, updateMs] = bestOf(editCount, [&] { return sides.mine(); }, [&] { return sides.bare(); });
+            printFigure(QStringLiteral("edit %1 lines ms").arg(n), editMs, updateMs, "2.00", 2);
+        }
     }
     return 0;
 }

@@ -8,6 +8,7 @@
 #include "seams/store/TextForms.h"
 
 #include <array>
+#include <memory>
 
 namespace pelkor {
 
@@ -17,6 +18,9 @@ using grid::GridModel;
 namespace {
 
 bool isRelated(const Line& L) { return L.relate == 99 || L.relate == -1; }
+
+// The credit test: a balance below theCredit is over the credit line.
+bool isOverCredit(double balance, double credit) { return balance - credit < 0; }
 
 QString dateText(const QDate& d) { return d == nullDate() ? QString() : formatDate224(d); }
 
@@ -68,7 +72,7 @@ CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
     case colIn: return sumStyle(L, L.In, body);
     case colOut: return sumStyle(L, L.out, body);
     case colBalance: {
-        const bool over = L.balance - led.theCredit < 0;
+        const bool over = isOverCredit(L.balance, led.theCredit);
         const std::uint8_t alt = size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
         return CellStyle{colors::balanceBack[alt & 1], over ? colors::overCredit : colors::text, over};
     }
@@ -76,22 +80,12 @@ CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
     }
 }
 
-// Writes the balance of line i into its cell, with the credit test: a
-// balance below theCredit is red and bold. The background is the cell's.
 // The balance cell's look on a background, with the credit test: a
-// balance below theCredit is red and bold.
+// balance over the credit line is red and bold.
 CellStyle balanceStyle(const OpenLedger& led, const Line& L, std::uint32_t back)
 {
-    const bool over = L.balance - led.theCredit < 0;
+    const bool over = isOverCredit(L.balance, led.theCredit);
     return CellStyle{back, over ? colors::overCredit : colors::text, over};
-}
-
-void drawBalanceCell(const OpenLedger& led, GridModel& g, int i)
-{
-    const Line& L = led.lines[size_t(i)];
-    const int r = i + 1;
-    g.setText(r, colBalance, FormatSum(L.balance));
-    g.setStyle(r, colBalance, balanceStyle(led, L, g.style(r, colBalance).back));
 }
 
 // What cell c of line i shows.
@@ -238,11 +232,31 @@ void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int start
         startRow = 1;
     double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
     const int lastRow = std::min(g.Rows() - 1, int(led.lines.size()));
-    for (int r = startRow; r <= lastRow; ++r) {
-        Line& L = led.lines[size_t(r) - 1];
-        balance = nextBalance(balance, L);
-        L.balance = balance;
-        drawBalanceCell(led, g, r - 1);
+    if (startRow <= lastRow) {
+        // One tight pass over the lines: a row costs its two sums, its
+        // balance and the credit test's answer. Texts and styles follow.
+        const size_t n = size_t(lastRow - startRow + 1);
+        const auto over = std::make_unique_for_overwrite<std::uint8_t[]>(n);   // every entry is written below
+        Line* L = led.lines.data() + (startRow - 1);
+        const double credit = led.theCredit;
+        for (size_t k = 0; k < n; ++k, ++L) {
+            balance = nextBalance(balance, *L);
+            L->balance = balance;
+            over[k] = isOverCredit(balance, credit);
+        }
+        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.get(), colors::overCredit, true, colors::text, false);
+        // The rows that show get their texts now; the others are deferred
+        // again, their texts made from lines[].balance when first read.
+        const int firstShown = std::max(startRow, g.TopRow());
+        const int lastShown = std::min(lastRow, g.lastVisibleRow());
+        if (firstShown > lastShown) {
+            g.deferTexts(startRow, lastRow, colBalance, colBalance);
+        } else {
+            g.deferTexts(startRow, firstShown - 1, colBalance, colBalance);
+            for (int r = firstShown; r <= lastShown; ++r)
+                g.setText(r, colBalance, FormatSum(led.lines[size_t(r) - 1].balance));
+            g.deferTexts(lastShown + 1, lastRow, colBalance, colBalance);
+        }
     }
     g.refresh();
     if (!keepRedrawOff)

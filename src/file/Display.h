@@ -7,9 +7,10 @@
 // under the grid. It writes only to a grid::GridModel and to the balance
 // and alternation fields of the open ledger's lines; the view paints the model.
 //
-// The running balance is computed in one place (nextBalance and
-// drawBalanceCell), which both a load's drawing and CalcBalances use, so
-// a recomputation from the first row gives exactly what the load showed.
+// The running balance is computed in one place (nextBalance, the credit
+// test and the text source's balance text), which both a load's drawing
+// and CalcBalances use, so a recomputation from the first row gives
+// exactly what the load showed.
 //
 // Not here: reading the lines (file/Loader), what the cursor's move does
 // to the ledger besides the cells (editing), and the widgets.
@@ -93,8 +94,14 @@ int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long lon
 
 // Recomputes the balance from grid row startRow to the last: from 0 at
 // row 1, else from the balance cell above startRow read back as a number.
-// Writes lines[].balance and the cells with the credit test. Nothing in
-// progMode 3 and 4. Redraw is turned on at the end unless keepRedrawOff.
+// Writes lines[].balance of every row from startRow on; the balance cells
+// of the rows that show (TopRow to lastVisibleRow) get their texts, the
+// others are deferred again to the text source drawLoad gave the grid,
+// which makes them from lines[].balance when they are read (so g must be
+// a grid drawLoad drew from these lines). Every cell from startRow on keeps
+// the credit test's look (a style is written only where it differs).
+// Nothing in progMode 3 and 4. Redraw is turned on at the end unless
+// keepRedrawOff; the model tells its listeners of one change.
 void CalcBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
 
 // ---- totals under the grid ------------------------------------------------

@@ -334,6 +334,63 @@ TEST_F(DisplayTest, RecomputingFromAMiddleRowStartsFromTheFigureAbove)
     EXPECT_EQ(cell(4, colBalance), QStringLiteral("13,795.67-"));
 }
 
+TEST_F(DisplayTest, AfterAnEditRowsOffThePageStayDeferredAndReadBackTheNewBalance)
+{
+    // 1,000 lines whose balance climbs slowly from below the credit line
+    // (from -1,000 by 9.15 every four lines) to above it; a page of 20 rows.
+    add(1, 0, 1000);
+    for (int i = 1; i < 1000; ++i)
+        i % 4 ? add(1 + i / 40, 0, 7.35) : add(1 + i / 40, 31.2, 0);
+    led.theCredit = -500;
+    drawLoad(led, inst, g);
+    g.setVisibleRows(20);
+    // Rows read before the edit (by a paint, by the logic) made their texts.
+    for (int r : {2, 10, 600, 1000})
+        ASSERT_FALSE(cell(r, colBalance).isEmpty());
+
+    // The balances of the lines by hand, the cells' looks they call for,
+    // and the check of every row from the edited one on: texts written on
+    // the page, deferred off it, and the right figure and look either way.
+    const auto expectRows = [&](int startRow, int top) {
+        double balance = 0;
+        for (int r = 1; r <= 1000; ++r) {
+            const Line& L = led.lines[size_t(r) - 1];
+            balance = balance + L.In - L.out;
+            ASSERT_EQ(L.balance, balance) << r;
+            if (r < startRow)
+                continue;
+            const bool onPage = r >= top && r < top + 20;
+            ASSERT_EQ(g.isTextDeferred(r, colBalance), !onPage) << r;
+            const bool over = balance < led.theCredit;
+            const std::uint8_t alt = led.alternatingIndexes[size_t(r) - 1];
+            ASSERT_EQ(style(r, colBalance), (CellStyle{colors::balanceBack[alt], over ? red : black, over})) << r;
+            ASSERT_EQ(cell(r, colBalance), FormatSum(balance)) << r;
+        }
+    };
+
+    // An expense near the top grows by 400: rows that were just above the
+    // credit line drop below it, the rows above the edit keep their cells.
+    g.setTopRow(1);
+    led.lines[2].out = 407.35;
+    g.setText(1, colBalance, QStringLiteral("untouched"));
+    CalcBalances(led, inst, g, 3);
+    EXPECT_EQ(cell(1, colBalance), QStringLiteral("untouched"));
+    expectRows(3, 1);
+    EXPECT_TRUE(g.Redraw());
+
+    // The same line back to its sum with the page in the middle: deferred
+    // above it and below it; the red rows turn black again.
+    g.setTopRow(500);
+    led.lines[2].out = 7.35;
+    CalcBalances(led, inst, g, 3);
+    expectRows(3, 500);
+    int overRows = 0;
+    for (int r = 3; r <= 1000; ++r)
+        overRows += style(r, colBalance).bold ? 1 : 0;
+    EXPECT_GT(overRows, 150);   // the ledger still starts below the line
+    EXPECT_LT(overRows, 300);
+}
+
 TEST_F(DisplayTest, TheCursorCarriesTheMarkAndItsColoursAndGivesThemBack)
 {
     Line& a = add(1, 10, 0);

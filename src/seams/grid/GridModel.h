@@ -163,6 +163,14 @@ public:
     void setStyle(int r, int c, const CellStyle& s);
     // The same style on the cells [c0, c1] of row r.
     void setStyle(int r, int c0, int c1, const CellStyle& s);
+    // A column whose look follows a test per row (the balance against the
+    // credit line): each cell of column c in rows [r0, r1] keeps its back
+    // colour and takes the fore colour and bold of onFore/onBold where
+    // flags[r - r0] is set, else of offFore/offBold. One pass over the
+    // column's styles; only cells that change are written and told of.
+    // flags holds r1 - r0 + 1 entries.
+    void setForeAndBoldBy(int c, int r0, int r1, const std::uint8_t* flags, std::uint32_t onFore, bool onBold,
+                          std::uint32_t offFore, bool offBold);
     std::uint32_t backColor(int r, int c) const { return style(r, c).back; }
     std::uint32_t foreColor(int r, int c) const { return style(r, c).fore; }
     bool bold(int r, int c) const { return style(r, c).bold; }
