@@ -1,6 +1,7 @@
 #include "app/frmMainView.h"
 
 #include "app/CellEditorsView.h"
+#include "app/frmFindView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/Controls.h"
@@ -243,6 +244,11 @@ void frmMainView::wireEditing()
         });
         afterEdit();
         return taken;
+    });
+    connect(&m_, &frmMain::findRequested, this, [this] {
+        if (!find_)
+            find_ = new frmFindView(m_, *table_, this);
+        find_->prepare();
     });
     connect(cmbColors_, &QComboBox::activated, this, [this](int index) {
         m_.guarded(QStringLiteral("cmbColors_Click"), [&] { m_.editor().cmbColors_Click(cmbColors_->itemText(index)); });

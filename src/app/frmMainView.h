@@ -25,6 +25,7 @@ namespace pelkor {
 
 class frmMain;
 class CellEditorsView;
+class frmFindView;
 
 class frmMainView : public QMainWindow {
     Q_OBJECT
@@ -55,6 +56,7 @@ private:
     QLabel* lblTotalExpense_ = nullptr;
     grid::GridView* table_ = nullptr;
     CellEditorsView* editors_ = nullptr;
+    frmFindView* find_ = nullptr;
     QComboBox* cmbColors_ = nullptr;
     QRect placed_;   // the last place the outer host gave
     QMenu* mnuFile_ = nullptr;

@@ -31,6 +31,8 @@ public:
     // The keyboard follows the column: Hebrew for text, English for kinds
     // and sums. Where the desktop cannot switch, nothing happens.
     virtual void keyboardLanguage(bool hebrew) = 0;
+    // Ctrl+F: the find window over the current column.
+    virtual void showFind() {}
 };
 
 } // namespace pelkor

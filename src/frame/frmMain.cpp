@@ -581,6 +581,12 @@ void frmMain::linesLoaded()
     emit loaded();
 }
 
+void frmMain::showFind()
+{
+    if (finder_.showFind())
+        emit findRequested();
+}
+
 void frmMain::keyboardLanguage(bool hebrew)
 {
     // A failed switch is no failure: the user switches by hand.

@@ -26,6 +26,7 @@
 #include "file/OpenLedger.h"
 #include "ledger/EditState.h"
 #include "ledger/LedgerEditor.h"
+#include "ledger/Find.h"
 #include "seams/platform/KeyboardLayouts.h"
 #include "seams/platform/Paths.h"
 
@@ -80,6 +81,8 @@ public:
     Trace& trace() { return trace_; }
     EditState& editState() { return edit_; }
     LedgerEditor& editor() { return editor_; }
+    Finder& finder() { return finder_; }
+    FindState& findState() { return find_; }
 
     // ---- start and end ------------------------------------------------
     // Form_Load and initializeForm: reads the settings, branches on the
@@ -160,6 +163,7 @@ public:
     void linesLoaded() override;
     void refresh() override { cmdRefresh_Click(); }
     void keyboardLanguage(bool hebrew) override;
+    void showFind() override;
 
     bool ended() const { return ended_; }
     int exitCode() const { return exitCode_; }
@@ -169,6 +173,8 @@ signals:
     void changed();
     // A load has filled lines anew.
     void loaded();
+    // The find window is to show over the grid (its state is findState()).
+    void findRequested();
 
 private:
     void initializeForm();
@@ -195,6 +201,8 @@ private:
     BusyFile busy_{ui_, shown_, *this, trace_};
     EditState edit_;
     LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}};
+    FindState find_;
+    Finder finder_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}, editor_, find_};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
     std::unique_ptr<KbLayout> kb_;

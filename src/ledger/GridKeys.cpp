@@ -159,6 +159,12 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_F5:
         p_.window.refresh();
         return true;
+    case Qt::Key_F:
+        if (!(mods & Qt::ControlModifier))
+            return false;
+        if (g().Col() >= colKind && g().Col() <= colType)
+            p_.window.showFind();
+        return true;
     case Qt::Key_F8:
         F8();
         return true;
