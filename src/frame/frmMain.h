@@ -115,6 +115,14 @@ public:
     void msfgMain_EnterCell();
     void mnuCreateLogFile_Click();
     void mnuResetBankData_Click();
+    // Deleting lines and the zeroing line: the ledger room's (LedgerEditor),
+    // reached from the buttons, the menus and the texts of other processes.
+    void cmdDel_Click() { editor_.cmdDel_Click(); }
+    void cmdDelAll_Click() { editor_.cmdDelAll_Click(); }
+    void cmdIpus_Click() { editor_.cmdIpus_Click(); }
+    void cmdGoToIpusLine_Click() { editor_.cmdGoToIpusLine_Click(); }
+    // The Delete key's release on the grid (key code 46, no shift).
+    void msfgMain_KeyUp() { editor_.delNow(false); }
 
     // ---- a new-line child's buttons ----------------------------------
     // OK: every line needs a date; bad sums of a bad-lines child become 0;
@@ -184,6 +192,9 @@ private:
     // A child whose parent has gone closes itself: its work is in the file
     // already (every edit is written at once).
     void watchParent();
+    // Reloads through openDB without closing the connection, landing where
+    // grid_.theID and grid_.theOffset say (the editing room's reload).
+    void reloadLanding();
 
     Environment env_;
     ui::Ui& ui_;
@@ -194,7 +205,8 @@ private:
     Shown shown_;
     BusyFile busy_{ui_, shown_, *this, trace_};
     EditState edit_;
-    LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}};
+    LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today,
+                                   [this] { reloadLanding(); }, [this] { cmdOK_Click(); }}};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
     std::unique_ptr<KbLayout> kb_;
