@@ -182,6 +182,36 @@ TEST_F(Deleting, TheMarkMovesWhenItsLineOrItsWholeDateGoes)
     EXPECT_EQ(redLineRow(m->ledger(), m->instance()), 2);
 }
 
+// The range's deletes and the mark's move are one change: when the move
+// fails (here the file refuses the mark), no line is gone and the old mark
+// stands, as a process killed between the statements would leave it.
+TEST_F(Deleting, ADeleteWhoseMarkMoveFailsLeavesTheFileAsItWas)
+{
+    makeLedger(sixLines + QStringLiteral(
+                   "CREATE TRIGGER no_mark BEFORE UPDATE OF zee ON pelkor WHEN new.zee = 'ZZZZZZZZZZ' "
+                   "BEGIN SELECT RAISE(ABORT, 'no mark'); END;"));
+    start({QStringLiteral("open"), file}, QString());
+    ASSERT_FALSE(m->ended());
+    selectRows(3, 5);
+    m->guarded(QStringLiteral("msfgMain_KeyDown"), [this] { pressDelete(); });
+    EXPECT_EQ(ids(), QStringLiteral("1;2;3;4;5;6"));
+    EXPECT_EQ(marked(), QStringLiteral("2"));
+    EXPECT_EQ(m->ledger().ipusID, QStringLiteral("2"));
+    EXPECT_FALSE(m->ended());
+    EXPECT_TRUE(g().Redraw());
+
+    // The file mended, the same delete goes through.
+    {
+        store::Connection cn;
+        cn.open(file);
+        cn.executeRaw(QStringLiteral("DROP TRIGGER no_mark;"));
+    }
+    selectRows(3, 5);
+    pressDelete();
+    EXPECT_EQ(ids(), QStringLiteral("1;2;6"));
+    EXPECT_EQ(marked(), QStringLiteral("2"));
+}
+
 TEST_F(Deleting, F6SetsTheZeroingLineOnItsDatesLastLineAndTheRedLineFollows)
 {
     open();
