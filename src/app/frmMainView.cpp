@@ -104,7 +104,27 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     // The buttons of a new-line child.
     cmdOK_ = named(new QPushButton(QStringLiteral("אישור"), central), QStringLiteral("cmdOK"));
     cmdCancel_ = named(new QPushButton(QStringLiteral("ביטול"), central), QStringLiteral("cmdCancel"));
+    // Deleting and the zeroing line: the grid takes the focus first, as a
+    // click on the button gives it back to the grid.
+    const auto ledgerButton = [&](const QString& name, void (frmMain::*click)()) {
+        auto* b = named(new QPushButton(controlCaption(name), central), name);
+        b->setFocusPolicy(Qt::NoFocus);
+        connect(b, &QPushButton::clicked, this, [this, name, click] {
+            table_->setFocus();
+            m_.guarded(name + QStringLiteral("_Click"), [this, click] { (m_.*click)(); });
+            afterEdit();
+        });
+        return b;
+    };
+    cmdDel_ = ledgerButton(QStringLiteral("cmdDel"), &frmMain::cmdDel_Click);
+    cmdDelAll_ = ledgerButton(QStringLiteral("cmdDelAll"), &frmMain::cmdDelAll_Click);
+    cmdIpus_ = ledgerButton(QStringLiteral("cmdIpus"), &frmMain::cmdIpus_Click);
+    cmdGoToIpusLine_ = ledgerButton(QStringLiteral("cmdGoToIpusLine"), &frmMain::cmdGoToIpusLine_Click);
     auto* buttons = new QHBoxLayout();
+    buttons->addWidget(cmdIpus_);
+    buttons->addWidget(cmdGoToIpusLine_);
+    buttons->addWidget(cmdDel_);
+    buttons->addWidget(cmdDelAll_);
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
     buttons->addWidget(cmdCancel_);
@@ -133,6 +153,15 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     mnuClose_ = mnuFile_->addAction(QStringLiteral("יציאה"));
     connect(mnuClose_, &QAction::triggered, this, [this] {
         m_.guarded(QStringLiteral("mnuClose_Click"), [this] { m_.cmdClose_Click(); });
+    });
+    mnuActions_ = menuBar()->addMenu(QStringLiteral("פעולות"));
+    mnuActions_->setObjectName(QStringLiteral("mnuActions"));
+    mnuSetIpusLine_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuSetIpusLine")));
+    mnuSetIpusLine_->setObjectName(QStringLiteral("mnuSetIpusLine"));
+    connect(mnuSetIpusLine_, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.guarded(QStringLiteral("mnuSetIpusLine_Click"), [this] { m_.cmdIpus_Click(); });
+        afterEdit();
     });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
@@ -182,7 +211,13 @@ void frmMainView::showControls()
     mnuResetBankData_->setVisible(s.mnuResetBankData);
     cmdOK_->setVisible(s.cmdOK);
     cmdCancel_->setVisible(s.cmdCancel);
-    menuBar()->setVisible(s.mnuFile || s.mnuDefs);
+    cmdDel_->setVisible(s.cmdDel);
+    cmdDelAll_->setVisible(s.cmdDelAll);
+    cmdIpus_->setVisible(s.cmdIpus);
+    cmdGoToIpusLine_->setVisible(s.cmdGoToIpusLine);
+    mnuActions_->menuAction()->setVisible(s.mnuActions && s.mnuSetIpusLine);
+    mnuSetIpusLine_->setVisible(s.mnuSetIpusLine);
+    menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuSetIpusLine);
     if (s.childWindow && m_.shown().visible && !childPlaced_)
         placeChildWindow();
 }

@@ -65,6 +65,12 @@ private:
     QAction* mnuCreateLogFile_ = nullptr;
     QAction* mnuResetBankData_ = nullptr;
     QAction* mnuClose_ = nullptr;
+    QMenu* mnuActions_ = nullptr;
+    QAction* mnuSetIpusLine_ = nullptr;
+    QPushButton* cmdDel_ = nullptr;
+    QPushButton* cmdDelAll_ = nullptr;
+    QPushButton* cmdIpus_ = nullptr;
+    QPushButton* cmdGoToIpusLine_ = nullptr;
     QPushButton* cmdOK_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
     int shownMode_ = -1;       // the mode the controls were last set for

@@ -28,15 +28,38 @@ ShownControls shownControls(const Instance& m)
         s.cmdSubtractFromTzefi = false;
         s.cmdOK = s.cmdCancel = mode == modeNewLines;
         s.cmdDelAll = mode == modeNewLines && m.newLineDialogType == lineDialogBadLines;
+        // A new-line child deletes only unconfirmed or bad lines.
+        s.cmdDel = mode == modeDetail
+            || (mode == modeNewLines
+                && (m.newLineDialogType == lineDialogUnconfirmedPelkor || m.newLineDialogType == lineDialogBadLines));
         s.cmdBankCoordination = s.mnuPerformBankCoordination = false;
         return s;
     }
     s.mnuFile = s.mnuHelp = s.mnuResetBankData = true;
-    s.cmdGoToIpusLine = s.cmdIpus = true;
+    s.cmdGoToIpusLine = s.cmdIpus = s.cmdDel = true;
     s.mnuReports = s.mnuOpenAnotherPelkor = s.cmdReport = true;
     s.mnuActions = s.mnuDefs = !m.isFromKelvanto;
+    s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
     return s;
+}
+
+QString controlCaption(const QString& name)
+{
+    static const struct {
+        const char* name;
+        const char* caption;
+    } captions[] = {
+        {"cmdDel", "מחק שורה"},
+        {"cmdDelAll", "מחק הכל"},
+        {"cmdIpus", "קבע שורת איפוס"},
+        {"cmdGoToIpusLine", "עבור לשורת האיפוס"},
+        {"mnuSetIpusLine", "קבע שורת איפוס"},
+    };
+    for (const auto& c : captions)
+        if (name == QLatin1String(c.name))
+            return QString::fromUtf8(c.caption);
+    return QString();
 }
 
 void mnuCreateLogFile_Click(Shown& shown, Trace& trace, WindowCalls& window)

@@ -29,11 +29,13 @@ struct ShownControls {
     bool mnuOpenAnotherPelkor = false;
     bool mnuResetBankData = false;
     bool mnuPerformBankCoordination = false;
+    bool mnuSetIpusLine = false;           // under mnuActions
     QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
     QString mnuPerformBankCoordinationCaption;
     // Buttons.
     bool cmdOK = false;
     bool cmdCancel = false;
+    bool cmdDel = false;
     bool cmdDelAll = false;
     bool cmdGoToIpusLine = false;
     bool cmdIpus = false;
@@ -47,6 +49,10 @@ struct ShownControls {
 };
 
 ShownControls shownControls(const Instance& instance);
+
+// The captions of the deleting and zeroing-line controls, by control name
+// (cmdDel, cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine).
+QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.
 inline constexpr int childWindowHeight = 225;

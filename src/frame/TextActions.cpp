@@ -10,11 +10,11 @@ const TextAction textActions[] = {
     {{"coordinate", nullptr}, "cmdCoordinate_Click", nullptr},
     {{"add", nullptr}, "cmdAdd_Click", nullptr},
     {{"gotoautomatic", nullptr}, "cmdGoToAutomaticCoordination_Click", nullptr},
-    {{"setipus", "gotoipus"}, "cmdIpus_Click", nullptr},
+    {{"setipus", "gotoipus"}, "cmdIpus_Click", &frmMain::cmdIpus_Click},
     {{"refresh", "closed"}, "cmdRefresh_Click", &frmMain::cmdRefresh_Click},
     {{"close", nullptr}, "cmdClose_Click", &frmMain::cmdClose_Click},
     {{"bankcoord", nullptr}, "cmdBankCoordination_Click", nullptr},
-    {{"delete", nullptr}, "msfgMain_KeyUp", nullptr},   // key code 46, no shift
+    {{"delete", nullptr}, "msfgMain_KeyUp", &frmMain::msfgMain_KeyUp},   // key code 46, no shift
 };
 
 } // namespace

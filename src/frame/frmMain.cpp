@@ -472,6 +472,10 @@ bool frmMain::clickControl(const QString& name)
         {"cmdCancel", true, &frmMain::cmdCancel_Click},
         {"cmdClose", false, &frmMain::cmdClose_Click},
         {"cmdRefresh", false, &frmMain::cmdRefresh_Click},
+        {"cmdDelAll", true, &frmMain::cmdDelAll_Click},
+        {"cmdDel", false, &frmMain::cmdDel_Click},
+        {"cmdIpus", false, &frmMain::cmdIpus_Click},
+        {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
     };
     for (const Clickable& c : clickables) {
         if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
@@ -645,6 +649,15 @@ void frmMain::cmdRefresh_Click()
     emit changed();
     if (instance_.progMode == modeDetail)
         sendToParent(QStringLiteral("refresh"));
+}
+
+void frmMain::reloadLanding()
+{
+    if (ledger_.openDBisBusy)
+        return;
+    LoadParts parts = loadParts();
+    openDB(parts, true);
+    emit changed();
 }
 
 void frmMain::exitProg()

@@ -118,6 +118,14 @@ public:
     void msfgMain_EnterCell();
     void mnuCreateLogFile_Click();
     void mnuResetBankData_Click();
+    // Deleting lines and the zeroing line: the ledger room's (LedgerEditor),
+    // reached from the buttons, the menus and the texts of other processes.
+    void cmdDel_Click() { editor_.cmdDel_Click(); }
+    void cmdDelAll_Click() { editor_.cmdDelAll_Click(); }
+    void cmdIpus_Click() { editor_.cmdIpus_Click(); }
+    void cmdGoToIpusLine_Click() { editor_.cmdGoToIpusLine_Click(); }
+    // The Delete key's release on the grid (key code 46, no shift).
+    void msfgMain_KeyUp() { editor_.delNow(false); }
 
     // ---- a new-line child's buttons ----------------------------------
     // OK: every line needs a date; bad sums of a bad-lines child become 0;
@@ -185,11 +193,20 @@ private:
     void endProcess(int code);
     void setStatus(const QString& s);
     LoadParts loadParts();
+    // The parts the ledger room works on.
+    EditParts editParts()
+    {
+        return EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today,
+                         [this] { reloadLanding(); }, [this] { cmdOK_Click(); }};
+    }
     // Waits the given milliseconds with the event loop running.
     void pause(int ms);
     // A child whose parent has gone closes itself: its work is in the file
     // already (every edit is written at once).
     void watchParent();
+    // Reloads through openDB without closing the connection, landing where
+    // grid_.theID and grid_.theOffset say (the editing room's reload).
+    void reloadLanding();
 
     Environment env_;
     ui::Ui& ui_;
@@ -200,9 +217,9 @@ private:
     Shown shown_;
     BusyFile busy_{ui_, shown_, *this, trace_};
     EditState edit_;
-    LedgerEditor editor_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}};
+    LedgerEditor editor_{editParts()};
     FindState find_;
-    Finder finder_{EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today}, editor_, find_};
+    Finder finder_{editParts(), editor_, find_};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
     std::unique_ptr<KbLayout> kb_;

@@ -168,17 +168,21 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_F8:
         F8();
         return true;
+    case Qt::Key_Delete:
+        delNow(false);
+        return true;
+    case Qt::Key_F6:
+        cmdIpus_Click();
+        return true;
     case Qt::Key_Escape:
     case Qt::Key_Insert:
-    case Qt::Key_Delete:
     case Qt::Key_F1:
     case Qt::Key_F3:
     case Qt::Key_F4:
-    case Qt::Key_F6:
     case Qt::Key_F7:
     case Qt::Key_F9:
-        // Their features (new lines, deleting, help, find, the zeroing line,
-        // reconciliation) are not in this grid: the key does nothing.
+        // Their features (new lines, help, find, reconciliation) are not in
+        // this grid: the key does nothing.
         return true;
     default:
         return false;
@@ -226,8 +230,11 @@ bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
         closeEditors();
         return true;
     case Qt::Key_Insert:
+        msfgMainLeaveCell();
+        return true;
     case Qt::Key_F6:
         msfgMainLeaveCell();
+        cmdIpus_Click();
         return true;
     case Qt::Key_F2:
         F2(true);
@@ -285,8 +292,11 @@ bool LedgerEditor::cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods)
         nextCell(false);
         return true;
     case Qt::Key_Insert:
+        msfgMainLeaveCell();
+        return true;
     case Qt::Key_F6:
         msfgMainLeaveCell();
+        cmdIpus_Click();
         return true;
     case Qt::Key_F2: {
         closeEditors();

@@ -13,9 +13,11 @@
 // the view as Qt key codes; the handlers move the grid model's cursor and
 // call the commit and msfgMain_EnterCell as the grid's events would.
 //
-// Split over three files: LedgerEditor.cpp (the commit and the return to a
+// Split over files: LedgerEditor.cpp (the commit and the return to a
 // failed cell), CellEditors.cpp (opening the editors, the type list and its
-// completion, the kind dialog, the colour), GridKeys.cpp (the keys).
+// completion, the kind dialog, the colour), GridKeys.cpp (the keys),
+// Deleting.cpp (deleting lines), Zeroing.cpp (setting and finding the
+// zeroing line).
 #pragma once
 
 #include "ledger/EditState.h"
@@ -23,6 +25,8 @@
 #include <QDate>
 #include <QString>
 #include <Qt>
+
+#include <functional>
 
 namespace pelkor {
 
@@ -44,6 +48,13 @@ struct EditParts {
     WindowCalls& window;
     EditState& edit;
     QDate today;
+    // The window's reload through openDB, landing on the line grid.theID
+    // at grid.theOffset rows from the top (after a delete, after the
+    // zeroing line moved). Nothing is reloaded when it is empty.
+    std::function<void()> reload = {};
+    // A new-line child's OK (frmMain::cmdOK_Click), after every one of
+    // its lines was deleted.
+    std::function<void()> finishChild = {};
 };
 
 class LedgerEditor {
@@ -91,6 +102,29 @@ public:
     bool txtCell_KeyDown(int key, Qt::KeyboardModifiers mods);
     bool cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods);
 
+    // ---- deleting lines (Deleting.cpp) --------------------------------------
+    // The Delete key on the grid (isFromButton false) and cmdDel: asks, then
+    // deletes the selected rows. The key over less than whole rows only
+    // empties the current cell; the commit runs when the cursor leaves it.
+    void delNow(bool isFromButton);
+    // Deletes grid rows fromRow..toRow, except confirmed rows ("v"), which
+    // are counted and kept; one transaction with the zeroing mark's move.
+    // isSilent: no mark move, no messages, no reload (the caller reloads).
+    // Returns how many rows were kept as confirmed; -1 when nothing was
+    // tried (the last line of the file must stay).
+    int deleteRows(int fromRow, int toRow, bool isSilent);
+    void cmdDel_Click();
+    // A bad-lines child: every row selected, then the question.
+    void cmdDelAll_Click();
+
+    // ---- the zeroing line (Zeroing.cpp) --------------------------------------
+    // F6, cmdIpus, the menu, "setipus"/"gotoipus": the zeroing date becomes
+    // the current line's date; the mark goes to that date's last line, the
+    // file reloads on the same line and the red line follows.
+    void cmdIpus_Click();
+    // Brings the zeroing line to the top of the grid with the cursor on it.
+    void cmdGoToIpusLine_Click();
+
     // ---- lookups on the catalogue -------------------------------------------
     // +k for the k-th income type in list order, -k for the k-th expense
     // type, 999 for a name not in the list.
@@ -135,6 +169,10 @@ private:
     void F2(bool inEditor);
     void F8();
     void takeEditorText(bool throughFixString);
+    // The Delete key over part of a row: the current cell is emptied.
+    void emptyCurrentCell();
+    // After a delete: the reload, landing as grid.theID/theOffset say.
+    void reloadAfterChange();
 
     grid::GridModel& g() const;
 

@@ -59,6 +59,30 @@ TEST(Controls, FollowTheInstance)
     EXPECT_TRUE(shownControls(f).cmdDelAll);
 }
 
+TEST(Controls, DeletingAndTheZeroingLineShowWhereTheyWork)
+{
+    Instance f;
+    f.progMode = modeFullScreen;
+    ShownControls s = shownControls(f);
+    EXPECT_TRUE(s.cmdDel && s.cmdIpus && s.cmdGoToIpusLine && s.mnuSetIpusLine);
+    EXPECT_FALSE(s.cmdDelAll);
+    // A merged file has no zeroing line to set.
+    f.isMerged = true;
+    EXPECT_FALSE(shownControls(f).mnuSetIpusLine);
+    f.isMerged = false;
+    // A child deletes where its lines may go: a detail selection, the
+    // unconfirmed and the bad lines of a new-line child, never bank rows.
+    f.progMode = modeDetail;
+    EXPECT_TRUE(shownControls(f).cmdDel);
+    f.progMode = modeNewLines;
+    for (NewLineDialogType t : {lineDialogMultiplePelkorOneBank, lineDialogUnconfirmedBank})
+        EXPECT_FALSE(shownControls((f.newLineDialogType = t, f)).cmdDel) << t;
+    for (NewLineDialogType t : {lineDialogUnconfirmedPelkor, lineDialogBadLines})
+        EXPECT_TRUE(shownControls((f.newLineDialogType = t, f)).cmdDel) << t;
+    EXPECT_EQ(controlCaption(QStringLiteral("cmdDelAll")), QStringLiteral("מחק הכל"));
+    EXPECT_EQ(controlCaption(QStringLiteral("cmdIpus")), controlCaption(QStringLiteral("mnuSetIpusLine")));
+}
+
 TEST_F(LoadTest, TheTraceEntryTogglesAndExitWritesIt)
 {
     makeLedger(sampleLines());
