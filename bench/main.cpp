@@ -15,6 +15,10 @@
 //   memory  what the working run holds after the load, per 100,000 lines,
 //           against the bare read's rows held in memory; each side measured
 //           in a fresh process of its own. Target 120 MB per 100,000 lines.
+//   find    a search with no hit over the description column of a working
+//           run (to the end, the wrap, and round again), the texts made
+//           from the lines as the grid defers them, against a plain loop
+//           testing as many texts with QString::contains. Target 2.
 //   edit    in a working run opened on the file, one edited expense near the
 //           top of the ledger committed: from the text put into the cell to
 //           the end of msfgMainLeaveCell (the question about history answered
@@ -254,6 +258,55 @@ private:
     double bareOut_ = 0;
 };
 
+// The find figure's two sides: a search with no hit over the description
+// column of a working run (both passes: the end, the wrap, and the second
+// pass to the report), the column's texts deferred again before each
+// search so that every text is made from its line; against a plain loop
+// testing as many texts with QString::contains.
+class FindSides {
+public:
+    explicit FindSides(const QString& path) : run_(path) {}
+
+    double mine()
+    {
+        frmMain& m = run_.logic();
+        grid::GridModel& g = m.mainGrid().msfgMain;
+        g.deferTexts(1, g.Rows() - 1, colDetail, colDetail);
+        FindState& s = m.findState();
+        s.findCol = colDetail;
+        s.findRow = 0;
+        s.findText = QStringLiteral("אין טקסט כזה בשום שורה");
+        s.onlyBelowRed = false;
+        s.hasWrapped = false;
+        QElapsedTimer t;
+        t.start();
+        const Finder::Outcome o = m.finder().doFind(true, true);
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        if (o != Finder::Outcome::NotFound)
+            std::fprintf(stderr, "find: a search with no hit ended otherwise\n");
+        return ms;
+    }
+
+    double bare()
+    {
+        const auto& lines = run_.logic().ledger().lines;
+        const QString sought = QStringLiteral("אין טקסט כזה בשום שורה");
+        QElapsedTimer t;
+        t.start();
+        long hits = 0;
+        for (int pass = 0; pass < 2; ++pass)
+            for (const Line& L : lines)
+                hits += L.detail.contains(sought, Qt::CaseInsensitive) ? 1 : 0;
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        if (hits != 0)
+            std::fprintf(stderr, "find: the plain loop found something\n");
+        return ms;
+    }
+
+private:
+    WorkingRun run_;
+};
+
 // The resident set of this process, in bytes.
 double residentBytes()
 {
@@ -419,6 +472,9 @@ int main(int argc, char** argv)
             const auto [editMs, updateMs] = bestOf(editCount, [&] { return sides.mine(); }, [&] { return sides.bare(); });
             printFigure(QStringLiteral("edit %1 lines ms").arg(n), editMs, updateMs, "2.00", 2);
         }
+        FindSides finds(path);
+        const auto [findMs, loopMs] = bestOf(std::max(3, count / 3), [&] { return finds.mine(); }, [&] { return finds.bare(); });
+        printFigure(QStringLiteral("find %1 lines ms").arg(n), findMs, loopMs, "2.00", 2);
     }
     return 0;
 }

@@ -99,8 +99,8 @@ Finder::Outcome Finder::doFind(bool forward, bool isTextFind)
                 return Outcome::GivenUp;
             s_.findRow = lastRow;
         }
-        if (isTextFind || g.text(s_.findRow, colMark).trimmed() != QLatin1String("v")) {
-            QString cell = g.text(s_.findRow, s_.findCol);
+        if (isTextFind || g.peekText(s_.findRow, colMark).trimmed() != QLatin1String("v")) {
+            QString cell = g.peekText(s_.findRow, s_.findCol);
             if (!isTextFind && s_.findCol == colConfirm)
                 cell = cell.right(sought.size());
             if (isFindMatch(cell, sought))

@@ -463,6 +463,13 @@ bool GridModel::isTextDeferred(int r, int c) const
     return inRange(r, c) && cols_[size_t(c)].lengths[size_t(r)] == deferredMark;
 }
 
+QString GridModel::peekText(int r, int c) const
+{
+    if (source_ && isTextDeferred(r, c))
+        return source_(r, c);
+    return text(r, c);
+}
+
 QString GridModel::text(int r, int c) const
 {
     const std::string_view s = textUtf8(r, c);

@@ -143,6 +143,10 @@ public:
 
     // ---- cells -----------------------------------------------------------
     QString text(int r, int c) const;
+    // The text a cell shows, made by the source without being kept when the
+    // cell is deferred: for a reader that walks a whole column once (a
+    // search) and must not make every text of it.
+    QString peekText(int r, int c) const;
     // The UTF-8 bytes of a cell, without a copy. Valid until the column
     // next changes or makes another of its deferred texts.
     std::string_view textUtf8(int r, int c) const;
