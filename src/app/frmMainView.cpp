@@ -100,6 +100,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     cmbColors_->setFocusPolicy(Qt::NoFocus);
     top->insertWidget(1, cmbColors_);
     wireEditing();
+    fileName_->installEventFilter(this);
 
     // The buttons of a new-line child.
     cmdOK_ = named(new QPushButton(QStringLiteral("אישור"), central), QStringLiteral("cmdOK"));
@@ -302,6 +303,21 @@ void frmMainView::afterEdit()
         const QSignalBlocker block(cmbColors_);
         cmbColors_->setCurrentIndex(getColorNum(lines[size_t(row - 1)].Memo));
     }
+}
+
+void frmMainView::changeEvent(QEvent* e)
+{
+    QMainWindow::changeEvent(e);
+    if (e->type() == QEvent::ActivationChange && isActiveWindow() && !m_.editState().editorOpen()
+        && table_->isVisible())
+        table_->setFocus();
+}
+
+bool frmMainView::eventFilter(QObject* watched, QEvent* e)
+{
+    if (watched == fileName_ && e->type() == QEvent::MouseButtonPress && table_->isVisible())
+        table_->setFocus();
+    return QMainWindow::eventFilter(watched, e);
 }
 
 void frmMainView::closeEvent(QCloseEvent* e)

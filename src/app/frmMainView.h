@@ -34,6 +34,10 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* e) override;
+    // Activating the window gives the grid the focus (unless an editor
+    // holds it); so does a click on the file's label.
+    void changeEvent(QEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
 
 private:
     void mirror();
