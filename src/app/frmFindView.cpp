@@ -121,6 +121,12 @@ void frmFindView::keyPressEvent(QKeyEvent* e)
         close();
         return;
     }
+    // Enter searches on; it never closes the window, not even with no text.
+    if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
+        if (cmdNext_->isEnabled())
+            find(true);
+        return;
+    }
     QDialog::keyPressEvent(e);
 }
 
