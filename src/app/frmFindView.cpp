@@ -1,5 +1,7 @@
 #include "app/frmFindView.h"
 
+#include "app/Named.h"
+
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/frmMain.h"
@@ -14,16 +16,6 @@
 #include <QPushButton>
 
 namespace pelkor {
-
-namespace {
-template <class W>
-W* named(W* w, const QString& name)
-{
-    w->setObjectName(name);
-    w->setAccessibleName(name);
-    return w;
-}
-} // namespace
 
 frmFindView::frmFindView(frmMain& logic, grid::GridView& table, QWidget* owner)
     : QDialog(owner, Qt::Tool), m_(logic), table_(table)

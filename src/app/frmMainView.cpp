@@ -1,6 +1,7 @@
 #include "app/frmMainView.h"
 
 #include "app/CellEditorsView.h"
+#include "app/Named.h"
 #include "app/frmFindView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
@@ -33,18 +34,6 @@
 namespace pelkor {
 
 namespace {
-
-// The control's name in the logic, for tests and screen readers.
-template <class W>
-W* named(W* w, const QString& name)
-{
-    w->setObjectName(name);
-    w->setAccessibleName(name);
-    // A button's caption stays readable beside its name.
-    if constexpr (std::is_base_of_v<QAbstractButton, W>)
-        w->setAccessibleDescription(w->text());
-    return w;
-}
 
 void setLabel(QLabel* l, const QString& text)
 {

@@ -204,7 +204,8 @@ void LedgerEditor::msfgMain_KeyPress(QChar ch)
         GridEdit(ch);
 }
 
-bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
+// The keys both editors share: each that moves commits first.
+bool LedgerEditor::editorKeyDown(int key, Qt::KeyboardModifiers mods)
 {
     switch (key) {
     case Qt::Key_Return:
@@ -219,12 +220,6 @@ bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_Right:
         nextCell(false);
         return true;
-    case Qt::Key_Down:
-        commitAndMove(1, 0);
-        return true;
-    case Qt::Key_Up:
-        commitAndMove(-1, 0);
-        return true;
     case Qt::Key_Escape:
         // No commit: the cell keeps its text.
         closeEditors();
@@ -235,9 +230,6 @@ bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_F6:
         msfgMainLeaveCell();
         cmdIpus_Click();
-        return true;
-    case Qt::Key_F2:
-        F2(true);
         return true;
     case Qt::Key_F5:
         msfgMainLeaveCell();
@@ -251,6 +243,23 @@ bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
     }
 }
 
+bool LedgerEditor::txtCell_KeyDown(int key, Qt::KeyboardModifiers mods)
+{
+    switch (key) {
+    case Qt::Key_Down:
+        commitAndMove(1, 0);
+        return true;
+    case Qt::Key_Up:
+        commitAndMove(-1, 0);
+        return true;
+    case Qt::Key_F2:
+        F2(true);
+        return true;
+    default:
+        return editorKeyDown(key, mods);
+    }
+}
+
 bool LedgerEditor::cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods)
 {
     EditState& e = p_.edit;
@@ -261,11 +270,9 @@ bool LedgerEditor::cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods)
         if (e.txtCombo.selLength > 0)
             e.suspendCompletion = true;
         return false;
-    case Qt::Key_Escape:
-        closeEditors();
-        return true;
     case Qt::Key_Down:
     case Qt::Key_Up: {
+        // Up and Down walk the list, not the grid.
         if (e.cmbTypesRows.isEmpty())
             return true;
         const int next = std::clamp(e.cmbTypesIndex + (key == Qt::Key_Down ? 1 : -1), 0, int(e.cmbTypesRows.size()) - 1);
@@ -277,42 +284,14 @@ bool LedgerEditor::cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods)
         p_.window.keyboardLanguage(true);
         return true;
     }
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Left:
-        nextCell(true);
-        return true;
-    case Qt::Key_Right:
-        nextCell(false);
-        return true;
-    case Qt::Key_Tab:
-        nextCell(!(mods & Qt::ShiftModifier));
-        return true;
-    case Qt::Key_Backtab:
-        nextCell(false);
-        return true;
-    case Qt::Key_Insert:
-        msfgMainLeaveCell();
-        return true;
-    case Qt::Key_F6:
-        msfgMainLeaveCell();
-        cmdIpus_Click();
-        return true;
     case Qt::Key_F2: {
         closeEditors();
         const QString& last = p_.ledger.lines[size_t(currentLine())].out != 0 ? e.lastOutType : e.lastInType;
         setCell(colType, last);
         return true;
     }
-    case Qt::Key_F5:
-        msfgMainLeaveCell();
-        if (!e.mustGoBack)
-            p_.window.refresh();
-        else
-            msfgMain_EnterCell();
-        return true;
     default:
-        return false;
+        return editorKeyDown(key, mods);
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include "base/Format.h"
 #include "file/Display.h"
-#include "file/LoadFixture.h"
+#include "ledger/GridFixture.h"
 #include "seams/grid/GridModel.h"
 
 #include <gtest/gtest.h>
@@ -29,24 +29,9 @@ const QString sixLines = QStringLiteral(
 
 const QString question = QStringLiteral("msgbox|מחיקה|?האם אתה בטוח שברצונך למחוק את ");
 
-class Deleting : public LoadTest {
+class Deleting : public GridTest {
 protected:
-    frmMain& open(const QString& rules = {})
-    {
-        makeLedger(sixLines);
-        frmMain& f = start({QStringLiteral("open"), file}, rules);
-        EXPECT_FALSE(f.ended());
-        return f;
-    }
-    grid::GridModel& g() { return m->mainGrid().msfgMain; }
-    LedgerEditor& ed() { return m->editor(); }
-    void go(int row, int col)
-    {
-        ed().msfgMainLeaveCell();
-        g().setRow(row);
-        g().setCol(col);
-        ed().msfgMain_EnterCell();
-    }
+    frmMain& open(const QString& rules = {}) { return openOn(sixLines, rules); }
     // Whole rows from row to rowSel, the cursor staying on row.
     void selectRows(int row, int rowSel)
     {

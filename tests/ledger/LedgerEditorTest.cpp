@@ -5,7 +5,7 @@
 
 #include "base/Format.h"
 #include "file/Display.h"
-#include "file/LoadFixture.h"
+#include "ledger/GridFixture.h"
 #include "seams/grid/GridModel.h"
 #include "seams/platform/FakeKeyboardLayouts.h"
 
@@ -24,25 +24,9 @@ const QString fourLines = QStringLiteral(
     "(3,'+2','2025-03-06','13','שירות',200,0,3,' ','ללא צבע'),"
     "(4,'-2','2025-03-10','14','משכורת',0,500,8,' ','ללא צבע');");
 
-class Editing : public LoadTest {
+class Editing : public GridTest {
 protected:
-    frmMain& open(const QString& rules = {})
-    {
-        makeLedger(fourLines);
-        frmMain& f = start({QStringLiteral("open"), file}, rules);
-        EXPECT_FALSE(f.ended());
-        return f;
-    }
-    grid::GridModel& g() { return m->mainGrid().msfgMain; }
-    LedgerEditor& ed() { return m->editor(); }
-    // The cursor to (row, col), as a click puts it there.
-    void go(int row, int col)
-    {
-        ed().msfgMainLeaveCell();
-        g().setRow(row);
-        g().setCol(col);
-        ed().msfgMain_EnterCell();
-    }
+    frmMain& open(const QString& rules = {}) { return openOn(fourLines, rules); }
     // F2-less typing: the editor opened on the cell, its text replaced, Enter.
     void type(int row, int col, const QString& text)
     {
