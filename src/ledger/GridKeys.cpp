@@ -117,18 +117,10 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
 {
     if (p_.ledger.openDBisBusy || p_.ledger.lines.empty())
         return false;
+    if (sidewaysKey(key, mods))
+        return true;
     const int page = std::max(1, g().visibleRows() - 1);
     switch (key) {
-    case Qt::Key_Tab:
-        nextCell(!(mods & Qt::ShiftModifier));
-        return true;
-    case Qt::Key_Backtab:
-    case Qt::Key_Right:
-        nextCell(false);
-        return true;
-    case Qt::Key_Left:
-        nextCell(true);
-        return true;
     case Qt::Key_Down:
         commitAndMove(1, 0);
         return true;
@@ -204,12 +196,12 @@ void LedgerEditor::msfgMain_KeyPress(QChar ch)
         GridEdit(ch);
 }
 
-// The keys both editors share: each that moves commits first.
-bool LedgerEditor::editorKeyDown(int key, Qt::KeyboardModifiers mods)
+// Tab, Shift+Tab, Left and Right, on the grid and in the editors alike:
+// commit, then the next column (on the left of the screen) or the previous
+// one, wrapping at the row's ends.
+bool LedgerEditor::sidewaysKey(int key, Qt::KeyboardModifiers mods)
 {
     switch (key) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
     case Qt::Key_Left:
         nextCell(true);
         return true;
@@ -219,6 +211,21 @@ bool LedgerEditor::editorKeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_Backtab:
     case Qt::Key_Right:
         nextCell(false);
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The keys both editors share: each that moves commits first.
+bool LedgerEditor::editorKeyDown(int key, Qt::KeyboardModifiers mods)
+{
+    if (sidewaysKey(key, mods))
+        return true;
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        nextCell(true);
         return true;
     case Qt::Key_Escape:
         // No commit: the cell keeps its text.

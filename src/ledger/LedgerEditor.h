@@ -168,6 +168,7 @@ private:
     void afterMoveTo(int row, int col);
     void F2(bool inEditor);
     bool editorKeyDown(int key, Qt::KeyboardModifiers mods);
+    bool sidewaysKey(int key, Qt::KeyboardModifiers mods);
     void F8();
     void takeEditorText(bool throughFixString);
     // The Delete key over part of a row: the current cell is emptied.

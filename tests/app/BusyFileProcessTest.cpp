@@ -53,19 +53,33 @@ void expectNoInternals(const QStringList& prompts)
     }
 }
 
-} // namespace
-
-TEST(BusyFile, GivingUpInARepairRunEndsItAndChangesNothing)
-{
-    PELKOR_REQUIRE_PROGRAM("prjPelkor");
+// A ledger of the test's own; lockLedger() holds it in a write transaction
+// of another connection, as a second process would.
+class BusyFile : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        PELKOR_REQUIRE_PROGRAM("prjPelkor");
+        file = dir.filePath(QStringLiteral("shop.pkr"));
+    }
+    void lockLedger(const QString& lines)
+    {
+        makeLedger(file, lines);
+        holder.open(file);
+        holder.begin();
+    }
     RuntimeFolder folder;
     QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
-    makeLedger(file, needsRepair);
-    const QString before = digest(file);
+    QString file;
     store::Connection holder;
-    holder.open(file);
-    holder.begin();
+};
+
+} // namespace
+
+TEST_F(BusyFile, GivingUpInARepairRunEndsItAndChangesNothing)
+{
+    lockLedger(needsRepair);
+    const QString before = digest(file);
 
     Program run(dir.path());
     ASSERT_TRUE(run.traceOn());
@@ -85,16 +99,9 @@ TEST(BusyFile, GivingUpInARepairRunEndsItAndChangesNothing)
     EXPECT_EQ(digest(file), before);
 }
 
-TEST(BusyFile, WaitingAgainGoesOnOnceTheFileIsFree)
+TEST_F(BusyFile, WaitingAgainGoesOnOnceTheFileIsFree)
 {
-    PELKOR_REQUIRE_PROGRAM("prjPelkor");
-    RuntimeFolder folder;
-    QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
-    makeLedger(file, needsRepair);
-    store::Connection holder;
-    holder.open(file);
-    holder.begin();
+    lockLedger(needsRepair);
 
     Program run(dir.path());
     ASSERT_TRUE(run.traceOn());
@@ -108,17 +115,10 @@ TEST(BusyFile, WaitingAgainGoesOnOnceTheFileIsFree)
     expectNoInternals(run.prompts());
 }
 
-TEST(BusyFile, GivingUpInAWorkingRunLeavesTheWindowUsable)
+TEST_F(BusyFile, GivingUpInAWorkingRunLeavesTheWindowUsable)
 {
-    PELKOR_REQUIRE_PROGRAM("prjPelkor");
-    RuntimeFolder folder;
-    QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
-    makeLedger(file, needsRepair);
+    lockLedger(needsRepair);
     const QString before = digest(file);
-    store::Connection holder;
-    holder.open(file);
-    holder.begin();
 
     Program run(dir.path());
     ASSERT_TRUE(run.traceOn());
@@ -139,17 +139,12 @@ TEST(BusyFile, GivingUpInAWorkingRunLeavesTheWindowUsable)
     expectNoInternals(run.prompts());
 }
 
-TEST(BusyFile, ClosingACleanFileNeverWaitsOnIt)
+TEST_F(BusyFile, ClosingACleanFileNeverWaitsOnIt)
 {
-    PELKOR_REQUIRE_PROGRAM("prjPelkor");
-    RuntimeFolder folder;
-    QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
     makeLedger(file, clean);
     Program run(dir.path());
     const quint32 box = startWorkingRun(run, {QStringLiteral("open"), file});
     ASSERT_NE(box, 0u) << run.prompts().join(QLatin1Char('\n')).toStdString();
-    store::Connection holder;
     holder.open(file);
     holder.begin();
     EXPECT_EQ(bus::send(box, QStringLiteral("close"), 30000), bus::SendResult::Delivered);

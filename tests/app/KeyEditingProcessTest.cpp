@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "QtPrinters.h"
+#include "XvfbServer.h"
 #include "app/ProcessSupport.h"
 
 using namespace pelkor;
@@ -32,22 +33,8 @@ protected:
         for (const char* tool : {"Xvfb", "xdotool"})
             if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty())
                 GTEST_SKIP() << tool << " is not installed";
-        server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
-                                              QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
-                                              QStringLiteral("0"), QStringLiteral("1280x800x24")});
-        ASSERT_TRUE(server.waitForStarted(5000));
-        QByteArray number;
-        while (!number.contains('\n') && server.waitForReadyRead(10000))
-            number += server.readAllStandardOutput();
-        display = QStringLiteral(":") + QString::fromLatin1(number.trimmed());
-    }
-    void TearDown() override
-    {
-        if (server.state() != QProcess::NotRunning) {
-            server.terminate();
-            if (!server.waitForFinished(5000))
-                server.kill();
-        }
+        display = server.start(QStringLiteral("1280x800x24"));
+        ASSERT_FALSE(display.isEmpty()) << "Xvfb gave no display";
     }
     // xdotool on the test's display; its standard output.
     QString xdotool(const QStringList& args)
@@ -73,7 +60,7 @@ protected:
         spinUntil([] { return false; }, 300);
     }
 
-    QProcess server;
+    pelkor::testing::XvfbServer server;
     QString display;
     QString window;
 };

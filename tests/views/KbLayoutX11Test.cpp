@@ -9,6 +9,8 @@
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
+#include "XvfbServer.h"
+
 #include "QtPrinters.h"
 
 namespace {
@@ -21,28 +23,8 @@ protected:
             GTEST_SKIP() << "Xvfb is not installed (package xvfb)";
         if (QStandardPaths::findExecutable(QStringLiteral("setxkbmap")).isEmpty())
             GTEST_SKIP() << "setxkbmap is not installed (package x11-xkb-utils)";
-        // The server writes its display number on stdout once it is ready.
-        // Without -noreset it would reset, keymap and locked group with it,
-        // each time its last client leaves.
-        server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
-                                              QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
-                                              QStringLiteral("0"), QStringLiteral("640x480x24")});
-        ASSERT_TRUE(server.waitForStarted(5000));
-        QByteArray number;
-        while (!number.contains('\n') && server.waitForReadyRead(10000))
-            number += server.readAllStandardOutput();
-        bool isNumber = false;
-        number.trimmed().toInt(&isNumber);
-        ASSERT_TRUE(isNumber) << "Xvfb gave no display: " << number.constData();
-        display = QStringLiteral(":") + QString::fromLatin1(number.trimmed());
-    }
-    void TearDown() override
-    {
-        if (server.state() != QProcess::NotRunning) {
-            server.terminate();
-            if (!server.waitForFinished(5000))
-                server.kill();
-        }
+        display = server.start(QStringLiteral("640x480x24"));
+        ASSERT_FALSE(display.isEmpty()) << "Xvfb gave no display";
     }
 
     QProcessEnvironment environment() const
@@ -76,7 +58,7 @@ protected:
         return out.split(QLatin1Char('\n')).join(QStringLiteral(" | "));
     }
 
-    QProcess server;
+    pelkor::testing::XvfbServer server;
     QString display;
 };
 

@@ -128,26 +128,31 @@ bool isValidUtf8(const QByteArray& bytes)
     return true;
 }
 
-QString fromWindows1255(const QByteArray& bytes)
+namespace {
+// A single-byte code page: ASCII as it stands, the other bytes through
+// the page's table.
+template <class High>
+QString fromSingleByte(const QByteArray& bytes, High high)
 {
     QString out(bytes.size(), Qt::Uninitialized);
     QChar* o = out.data();
     for (char ch : bytes) {
         const auto c = static_cast<unsigned char>(ch);
-        *o++ = QChar(c < 0x80 ? char16_t(c) : cp1255High[c - 0x80]);
+        *o++ = QChar(c < 0x80 ? char16_t(c) : high(c));
     }
     return out;
+}
+} // namespace
+
+QString fromWindows1255(const QByteArray& bytes)
+{
+    return fromSingleByte(bytes, [](unsigned char c) { return cp1255High[c - 0x80]; });
 }
 
 QString fromWindows1252(const QByteArray& bytes)
 {
-    QString out(bytes.size(), Qt::Uninitialized);
-    QChar* o = out.data();
-    for (char ch : bytes) {
-        const auto c = static_cast<unsigned char>(ch);
-        *o++ = QChar(c < 0x80 || c >= 0xA0 ? char16_t(c) : cp1252Low[c - 0x80]);
-    }
-    return out;
+    // 0xA0 and above are Latin-1 itself.
+    return fromSingleByte(bytes, [](unsigned char c) { return c >= 0xA0 ? char16_t(c) : cp1252Low[c - 0x80]; });
 }
 
 QByteArray toWindows1255(const QString& text)
