@@ -4,6 +4,7 @@
 #include "frame/frmMain.h"
 
 #include <QApplication>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
@@ -140,6 +141,12 @@ bool CellEditorsView::eventFilter(QObject* watched, QEvent* ev)
     if (watched == &table_) {
         if (ev->type() == QEvent::FocusIn && m_.editState().editorOpen())
             run(QStringLiteral("msfgMain_GotFocus"), [this] { m_.editor().msfgMain_GotFocus(); });
+        // The focus gone to another control of the window (not to an editor
+        // over the grid, not to another window).
+        if (ev->type() == QEvent::FocusOut && !m_.editState().editorOpen()
+            && static_cast<QFocusEvent*>(ev)->reason() != Qt::ActiveWindowFocusReason
+            && static_cast<QFocusEvent*>(ev)->reason() != Qt::PopupFocusReason)
+            run(QStringLiteral("msfgMain_LostFocus"), [this] { m_.editor().msfgMain_LostFocus(); });
         return false;
     }
     if (ev->type() != QEvent::KeyPress)

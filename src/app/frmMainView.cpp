@@ -106,6 +106,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         });
         return b;
     };
+    cmdAdd_ = ledgerButton(QStringLiteral("cmdAdd"), &frmMain::cmdAdd_Click);
     cmdDel_ = ledgerButton(QStringLiteral("cmdDel"), &frmMain::cmdDel_Click);
     cmdDelAll_ = ledgerButton(QStringLiteral("cmdDelAll"), &frmMain::cmdDelAll_Click);
     cmdIpus_ = ledgerButton(QStringLiteral("cmdIpus"), &frmMain::cmdIpus_Click);
@@ -113,6 +114,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     auto* buttons = new QHBoxLayout();
     buttons->addWidget(cmdIpus_);
     buttons->addWidget(cmdGoToIpusLine_);
+    buttons->addWidget(cmdAdd_);
     buttons->addWidget(cmdDel_);
     buttons->addWidget(cmdDelAll_);
     buttons->addStretch(1);
@@ -152,6 +154,22 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         table_->setFocus();
         m_.guarded(QStringLiteral("mnuSetIpusLine_Click"), [this] { m_.cmdIpus_Click(); });
         afterEdit();
+    });
+    mnuAddNewLine_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddNewLine")));
+    mnuAddNewLine_->setObjectName(QStringLiteral("mnuAddNewLine"));
+    mnuAddNewLine_->setShortcut(QKeySequence(Qt::Key_Insert));
+    mnuAddNewLine_->setShortcutContext(Qt::WidgetShortcut);   // the grid's own key does it there
+    connect(mnuAddNewLine_, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.guarded(QStringLiteral("mnuAddNewLine_Click"), [this] { m_.cmdAdd_Click(); });
+        afterEdit();
+    });
+    mnuAddLineToFile_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddLineToFile")));
+    mnuAddLineToFile_->setObjectName(QStringLiteral("mnuAddLineToFile"));
+    connect(mnuAddLineToFile_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuAddLineToFile_Click"), [this] { m_.mnuAddLineToFile_Click(); });
+        afterEdit();
+        table_->setFocus();
     });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
@@ -201,13 +219,16 @@ void frmMainView::showControls()
     mnuResetBankData_->setVisible(s.mnuResetBankData);
     cmdOK_->setVisible(s.cmdOK);
     cmdCancel_->setVisible(s.cmdCancel);
+    cmdAdd_->setVisible(s.cmdAdd);
     cmdDel_->setVisible(s.cmdDel);
     cmdDelAll_->setVisible(s.cmdDelAll);
     cmdIpus_->setVisible(s.cmdIpus);
     cmdGoToIpusLine_->setVisible(s.cmdGoToIpusLine);
-    mnuActions_->menuAction()->setVisible(s.mnuActions && s.mnuSetIpusLine);
     mnuSetIpusLine_->setVisible(s.mnuSetIpusLine);
-    menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuSetIpusLine);
+    mnuAddNewLine_->setVisible(s.mnuAddNewLine);
+    mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);
+    mnuActions_->menuAction()->setVisible(s.mnuActions);
+    menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuActions);
     if (s.childWindow && m_.shown().visible && !childPlaced_)
         placeChildWindow();
 }

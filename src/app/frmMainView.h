@@ -71,6 +71,9 @@ private:
     QAction* mnuClose_ = nullptr;
     QMenu* mnuActions_ = nullptr;
     QAction* mnuSetIpusLine_ = nullptr;
+    QAction* mnuAddNewLine_ = nullptr;
+    QAction* mnuAddLineToFile_ = nullptr;
+    QPushButton* cmdAdd_ = nullptr;
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;

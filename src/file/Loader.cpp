@@ -35,20 +35,6 @@ void status(LoadParts& p, const QString& s)
 
 // ---- reading the catalogue and the settings ---------------------------------
 
-void readCategories(OpenLedger& led)
-{
-    auto rs = led.cn.execute(QStringLiteral(
-        "SELECT * FROM category ORDER BY Left(id,1) DESC, Len(Mid(id,2)), Mid(id,2)"));
-    led.catalogue.categories.clear();
-    led.catalogue.categoryDescs.clear();
-    const int id = rs.fieldIndex(QStringLiteral("id"));
-    const int desc = rs.fieldIndex(QStringLiteral("category"));
-    for (long r = 0; r < rs.recordCount(); ++r) {
-        led.catalogue.categories << RemoveNull(rs.at(r, id));
-        led.catalogue.categoryDescs << fixString(RemoveNull(rs.at(r, desc)));
-    }
-}
-
 void readMergedBanks(OpenLedger& led)
 {
     auto rs = led.cn.execute(QStringLiteral("SELECT * FROM mergedBanks ORDER BY index"));
@@ -64,24 +50,7 @@ void readMergedBanks(OpenLedger& led)
 
 void readTypes(LoadParts& p)
 {
-    auto rs = p.ledger.cn.execute(QStringLiteral(
-        "SELECT TypeNum,TypeName,types.CategoryNum,InOut,TypesCategories.CategoryNum,CategoryName "
-        "FROM types,TypesCategories WHERE types.CategoryNum=TypesCategories.CategoryNum "
-        "ORDER BY CategoryName,TypeName"));
-    auto& c = p.ledger.catalogue;
-    c.types.clear();
-    c.types.reserve(size_t(rs.recordCount()));
-    for (long r = 0; r < rs.recordCount(); ++r) {
-        TypeRec t;
-        t.TypeNum = int(RemoveSumNull(rs.at(r, 0)));
-        t.TypeName = fixString(RemoveNull(rs.at(r, 1)));
-        t.isIncome = RemoveSumNull(rs.at(r, 3)) == 1;
-        t.CategoryName = RemoveNull(rs.at(r, 5));
-        c.types.push_back(t);
-    }
-    c.typeName1 = c.getTypeName(1);
-    c.typeName2 = c.getTypeName(2);
-    if (c.types.empty() && !p.instance.isMerged)
+    if (!readTypeList(p.ledger) && !p.instance.isMerged)
         p.ui.msgBox(QStringLiteral("error: no types"), title, Buttons::OK, Icon::Critical);
 }
 
@@ -499,6 +468,42 @@ QString linesStatement(const OpenLedger& led, const Instance& inst)
 //
 // endLoad: not busy, buttons on, "מוכן", and the window hears that the
 // lines are new.
+void readCategories(OpenLedger& led)
+{
+    auto rs = led.cn.execute(QStringLiteral(
+        "SELECT * FROM category ORDER BY Left(id,1) DESC, Len(Mid(id,2)), Mid(id,2)"));
+    led.catalogue.categories.clear();
+    led.catalogue.categoryDescs.clear();
+    const int id = rs.fieldIndex(QStringLiteral("id"));
+    const int desc = rs.fieldIndex(QStringLiteral("category"));
+    for (long r = 0; r < rs.recordCount(); ++r) {
+        led.catalogue.categories << RemoveNull(rs.at(r, id));
+        led.catalogue.categoryDescs << fixString(RemoveNull(rs.at(r, desc)));
+    }
+}
+
+bool readTypeList(OpenLedger& led)
+{
+    auto rs = led.cn.execute(QStringLiteral(
+        "SELECT TypeNum,TypeName,types.CategoryNum,InOut,TypesCategories.CategoryNum,CategoryName "
+        "FROM types,TypesCategories WHERE types.CategoryNum=TypesCategories.CategoryNum "
+        "ORDER BY CategoryName,TypeName"));
+    auto& c = led.catalogue;
+    c.types.clear();
+    c.types.reserve(size_t(rs.recordCount()));
+    for (long r = 0; r < rs.recordCount(); ++r) {
+        TypeRec t;
+        t.TypeNum = int(RemoveSumNull(rs.at(r, 0)));
+        t.TypeName = fixString(RemoveNull(rs.at(r, 1)));
+        t.isIncome = RemoveSumNull(rs.at(r, 3)) == 1;
+        t.CategoryName = RemoveNull(rs.at(r, 5));
+        c.types.push_back(t);
+    }
+    c.typeName1 = c.getTypeName(1);
+    c.typeName2 = c.getTypeName(2);
+    return !c.types.empty();
+}
+
 LoadResult openDB(LoadParts& p, bool reasonIsRefresh)
 {
     OpenLedger& led = p.ledger;

@@ -45,6 +45,11 @@ struct LoadParts {
 
 LoadResult openDB(LoadParts& p, bool reasonIsRefresh);
 
+// The file's kinds (in kind order) and types (by group and name) into the
+// ledger's catalogue; readTypeList is false when the file has no type.
+void readCategories(OpenLedger& ledger);
+bool readTypeList(OpenLedger& ledger);
+
 // The statement that reads the lines of this load, by mode.
 QString linesStatement(const OpenLedger& ledger, const Instance& instance);
 // The bad-line test: lines with a valid kind but no valid date or sum.

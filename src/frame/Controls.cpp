@@ -7,7 +7,10 @@
 #include "base/Trace.h"
 #include "base/WindowCalls.h"
 #include "file/OpenLedger.h"
+#include "ledger/frmAddLine.h"
 #include "seams/ui/Ui.h"
+
+#include <QFileInfo>
 
 namespace pelkor {
 
@@ -28,6 +31,7 @@ ShownControls shownControls(const Instance& m)
         s.cmdSubtractFromTzefi = false;
         s.cmdOK = s.cmdCancel = mode == modeNewLines;
         s.cmdDelAll = mode == modeNewLines && m.newLineDialogType == lineDialogBadLines;
+        s.cmdAdd = mode == modeDetail;
         // A new-line child deletes only unconfirmed or bad lines.
         s.cmdDel = mode == modeDetail
             || (mode == modeNewLines
@@ -36,10 +40,12 @@ ShownControls shownControls(const Instance& m)
         return s;
     }
     s.mnuFile = s.mnuHelp = s.mnuResetBankData = true;
-    s.cmdGoToIpusLine = s.cmdIpus = s.cmdDel = true;
+    s.cmdGoToIpusLine = s.cmdIpus = s.cmdDel = s.cmdAdd = true;
     s.mnuReports = s.mnuOpenAnotherPelkor = s.cmdReport = true;
     s.mnuActions = s.mnuDefs = !m.isFromKelvanto;
     s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
+    s.mnuAddNewLine = s.mnuActions;
+    s.mnuAddLineToFile = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
     return s;
 }
@@ -50,11 +56,14 @@ QString controlCaption(const QString& name)
         const char* name;
         const char* caption;
     } captions[] = {
+        {"cmdAdd", "הוסף שורה"},
         {"cmdDel", "מחק שורה"},
         {"cmdDelAll", "מחק הכל"},
         {"cmdIpus", "קבע שורת איפוס"},
         {"cmdGoToIpusLine", "עבור לשורת האיפוס"},
         {"mnuSetIpusLine", "קבע שורת איפוס"},
+        {"mnuAddNewLine", "הוסף שורה"},
+        {"mnuAddLineToFile", "הוסף שורה לקובץ אחר..."},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))
@@ -76,6 +85,23 @@ void mnuResetBankData_Click(OpenLedger& ledger, ui::Ui& ui, WindowCalls& window)
     resetBankInfo(ledger);
     ui.msgBox(QStringLiteral("נתוני החשבון אופסו"), QStringLiteral("פלקור"));
     window.shownChanged();
+}
+
+void mnuAddLineToFile_Click(OpenLedger& ledger, const Instance& instance, ui::Ui& ui, QDate today,
+                            const std::function<void(const QString&)>& tellOpener)
+{
+    ui::FileDialogOptions spec;
+    spec.title = QStringLiteral("בחר קובץ");
+    spec.filter = QStringLiteral("פלקור (*.pkr)|*.pkr");
+    spec.defaultExt = QStringLiteral("pkr");
+    spec.startDir = QFileInfo(ledger.filePath).absolutePath();
+    spec.fileMustExist = spec.pathMustExist = true;
+    const QStringList chosen = ui.openFileDialog(spec);
+    if (chosen.isEmpty() || chosen.first().isEmpty())
+        return;
+    frmAddLine dlg(ledger, instance, chosen.first(), ui, today, tellOpener);
+    if (dlg.Form_Load())
+        ui.runDialog(dlg);
 }
 
 } // namespace pelkor

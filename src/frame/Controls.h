@@ -8,7 +8,10 @@
 // and buttons from this and shows an entry only where its handler exists.
 #pragma once
 
+#include <QDate>
 #include <QString>
+
+#include <functional>
 
 namespace pelkor {
 
@@ -30,11 +33,14 @@ struct ShownControls {
     bool mnuResetBankData = false;
     bool mnuPerformBankCoordination = false;
     bool mnuSetIpusLine = false;           // under mnuActions
+    bool mnuAddNewLine = false;            // under mnuActions
+    bool mnuAddLineToFile = false;         // under mnuActions
     QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
     QString mnuPerformBankCoordinationCaption;
     // Buttons.
     bool cmdOK = false;
     bool cmdCancel = false;
+    bool cmdAdd = false;
     bool cmdDel = false;
     bool cmdDelAll = false;
     bool cmdGoToIpusLine = false;
@@ -50,8 +56,9 @@ struct ShownControls {
 
 ShownControls shownControls(const Instance& instance);
 
-// The captions of the deleting and zeroing-line controls, by control name
-// (cmdDel, cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine).
+// The captions of the ledger's controls, by control name (cmdAdd, cmdDel,
+// cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine, mnuAddNewLine,
+// mnuAddLineToFile).
 QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.
@@ -61,5 +68,9 @@ inline constexpr int childWindowHeight = 225;
 void mnuCreateLogFile_Click(Shown& shown, Trace& trace, WindowCalls& window);
 // mnuResetBankData: the file is bound to no bank account any more.
 void mnuResetBankData_Click(OpenLedger& ledger, ui::Ui& ui, WindowCalls& window);
+// mnuAddLineToFile: a file chosen, frmAddLine adds one line to it;
+// tellOpener carries its "closed" to this window's message box.
+void mnuAddLineToFile_Click(OpenLedger& ledger, const Instance& instance, ui::Ui& ui, QDate today,
+                            const std::function<void(const QString&)>& tellOpener);
 
 } // namespace pelkor

@@ -8,7 +8,7 @@ namespace {
 
 const TextAction textActions[] = {
     {{"coordinate", nullptr}, "cmdCoordinate_Click", nullptr},
-    {{"add", nullptr}, "cmdAdd_Click", nullptr},
+    {{"add", nullptr}, "cmdAdd_Click", &frmMain::cmdAdd_Click},
     {{"gotoautomatic", nullptr}, "cmdGoToAutomaticCoordination_Click", nullptr},
     {{"setipus", "gotoipus"}, "cmdIpus_Click", &frmMain::cmdIpus_Click},
     {{"refresh", "closed"}, "cmdRefresh_Click", &frmMain::cmdRefresh_Click},

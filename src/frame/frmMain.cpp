@@ -474,6 +474,8 @@ bool frmMain::clickControl(const QString& name)
         {"cmdRefresh", false, &frmMain::cmdRefresh_Click},
         {"cmdDelAll", true, &frmMain::cmdDelAll_Click},
         {"cmdDel", false, &frmMain::cmdDel_Click},
+        {"cmdAdd", false, &frmMain::cmdAdd_Click},
+        {"mnuAddLineToFile", false, &frmMain::mnuAddLineToFile_Click},
         {"cmdIpus", false, &frmMain::cmdIpus_Click},
         {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
     };
@@ -578,6 +580,8 @@ void frmMain::linesLoaded()
     // A load rebuilt the grid: no editor stays open over it, and the cursor
     // starts afresh where the load put it.
     edit_.loaded = true;
+    // A pending new line that a reload did not write is gone with it.
+    edit_.isThereNewLine = false;
     edit_.txtCell.visible = edit_.txtCombo.visible = edit_.cmbTypesVisible = false;
     edit_.mustGoBack = false;
     edit_.prevRow = grid_.msfgMain.Row();
@@ -610,6 +614,15 @@ void frmMain::mnuResetBankData_Click()
     pelkor::mnuResetBankData_Click(ledger_, ui_, *this);
 }
 
+void frmMain::mnuAddLineToFile_Click()
+{
+    // "closed" reaches this window as any other process's text would.
+    pelkor::mnuAddLineToFile_Click(ledger_, instance_, ui_, env_.today, [this](const QString& text) {
+        if (!env_.bus || instance_.txtMessageId == 0 || !env_.bus->send(instance_.txtMessageId, text))
+            txtMessage_Change(text);
+    });
+}
+
 void frmMain::waitWhile(const std::function<bool()>& pred)
 {
     while (!ended_ && pred()) {
@@ -621,6 +634,12 @@ bool frmMain::Form_QueryUnload()
 {
     if (ledger_.openDBisBusy)
         return false;
+    if (edit_.loaded && !ledger_.lines.empty()) {
+        editor_.msfgMain_GotFocus();
+        editor_.msfgMainLeaveCell();
+        if (!editor_.maybeWriteNewLineToDB())
+            return false;
+    }
     exitProg();
     return true;
 }
@@ -635,6 +654,18 @@ void frmMain::cmdRefresh_Click()
     TraceScope t(trace_, QStringLiteral("cmdRefresh_Click"));
     if (ledger_.openDBisBusy)
         return;
+    // The open cell is committed and a pending new line written first; a
+    // new line that stays pending (the user kept it) stops the reload.
+    if (edit_.loaded && !ledger_.lines.empty()) {
+        editor_.msfgMain_GotFocus();
+        editor_.msfgMainLeaveCell();
+        if (edit_.isThereNewLine) {
+            if (!editor_.maybeWriteNewLineToDB())
+                return;
+            grid_.row = grid_.msfgMain.Row();
+            grid_.topRow = grid_.msfgMain.TopRow();
+        }
+    }
     if (!ledger_.lines.empty()) {
         const int r = std::max(grid_.row, 1);
         grid_.theID = ledger_.lines[size_t(std::min<int>(r, int(ledger_.lines.size())) - 1)].Id;

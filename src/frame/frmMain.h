@@ -118,8 +118,10 @@ public:
     void msfgMain_EnterCell();
     void mnuCreateLogFile_Click();
     void mnuResetBankData_Click();
-    // Deleting lines and the zeroing line: the ledger room's (LedgerEditor),
+    void mnuAddLineToFile_Click();
+    // New lines, deleting lines and the zeroing line: the ledger room's (LedgerEditor),
     // reached from the buttons, the menus and the texts of other processes.
+    void cmdAdd_Click() { editor_.cmdAdd_Click(); }
     void cmdDel_Click() { editor_.cmdDel_Click(); }
     void cmdDelAll_Click() { editor_.cmdDelAll_Click(); }
     void cmdIpus_Click() { editor_.cmdIpus_Click(); }

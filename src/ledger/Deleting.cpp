@@ -14,6 +14,7 @@
 #include "file/Display.h"
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
+#include "ledger/Guards.h"
 #include "ledger/Zeroing.h"
 #include "seams/grid/GridModel.h"
 #include "seams/ui/Ui.h"
@@ -59,18 +60,6 @@ QString deleteQuestion(int n, bool whole, bool history)
     }
     return text;
 }
-
-// Redraw off for a scope, on again however it ends.
-class NoRedraw {
-public:
-    explicit NoRedraw(grid::GridModel& g) : g_(g) { g_.setRedraw(false); }
-    ~NoRedraw() { g_.setRedraw(true); }
-    NoRedraw(const NoRedraw&) = delete;
-    NoRedraw& operator=(const NoRedraw&) = delete;
-
-private:
-    grid::GridModel& g_;
-};
 
 } // namespace
 

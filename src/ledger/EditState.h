@@ -33,6 +33,7 @@ struct EditState {
     bool mustGoBack = false;
     bool isThereNewLine = false;            // the last row is an unsaved new line
     bool hasSetAnySumInCurNewLine = false;
+    bool suspendMaybeWriteNewLineToDB = false;
     QString lastInType = QStringLiteral("?");
     QString lastOutType = QStringLiteral("?");
     // The last text committed or typed in each column; "?" until the first.

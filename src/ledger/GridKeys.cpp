@@ -167,13 +167,17 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
         cmdIpus_Click();
         return true;
     case Qt::Key_Escape:
+        removeNewLine();
+        return true;
     case Qt::Key_Insert:
+        cmdAdd_Click();
+        return true;
     case Qt::Key_F1:
     case Qt::Key_F3:
     case Qt::Key_F4:
     case Qt::Key_F7:
     case Qt::Key_F9:
-        // Their features (new lines, help, find, reconciliation) are not in
+        // Their features (help, reconciliation) are not in
         // this grid: the key does nothing.
         return true;
     default:
@@ -233,6 +237,10 @@ bool LedgerEditor::editorKeyDown(int key, Qt::KeyboardModifiers mods)
         return true;
     case Qt::Key_Insert:
         msfgMainLeaveCell();
+        if (!p_.edit.mustGoBack)
+            cmdAdd_Click();
+        else
+            msfgMain_EnterCell();
         return true;
     case Qt::Key_F6:
         msfgMainLeaveCell();

@@ -8,6 +8,7 @@
 #include "file/Display.h"
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
+#include "ledger/Guards.h"
 #include "ledger/Zeroing.h"
 #include "seams/grid/GridModel.h"
 #include "seams/store/TextForms.h"
@@ -25,40 +26,7 @@ namespace {
 const QString errorTitle = QStringLiteral("שגיאה");
 const QString proc = QStringLiteral("msfgMainLeaveCell");
 
-// Sets a flag for a scope and puts back what it held: the guards are
-// saved and restored around each use, never simply cleared.
-class Suspend {
-public:
-    explicit Suspend(bool& flag) : flag_(flag), was_(flag) { flag_ = true; }
-    ~Suspend() { flag_ = was_; }
-    bool was() const { return was_; }
-    Suspend(const Suspend&) = delete;
-    Suspend& operator=(const Suspend&) = delete;
-
-private:
-    bool& flag_;
-    bool was_;
-};
-
 bool hasNoDate(const QDate& d) { return !d.isValid() || d == nullDate() || d == newLineNoDate(); }
-
-// A kind as the user may type it: "+12", "12+" (as the grid shows it) or
-// "12" (taken as income): its stored form, sign in front. Other text
-// stays as it is, and is then no kind of the list.
-QString storedKind(const QString& typed)
-{
-    const QString t = typed.trimmed();
-    if (t.isEmpty())
-        return t;
-    if (t.startsWith(QLatin1Char('+')) || t.startsWith(QLatin1Char('-')))
-        return t;
-    if (t.endsWith(QLatin1Char('+')) || t.endsWith(QLatin1Char('-')))
-        return FormatKind(t);
-    bool digits = true;
-    for (QChar c : t)
-        digits = digits && c.isDigit();
-    return digits ? QStringLiteral("+") + t : t;
-}
 
 bool parseSum(const QString& text, double& v) { return store::text::parseNumber(text.trimmed(), v); }
 
@@ -465,6 +433,10 @@ void LedgerEditor::msfgMain_EnterCell()
 
 void LedgerEditor::updateDisplay()
 {
+    // The cursor left the pending new line: it is written now (or the
+    // cursor comes back to it).
+    if (p_.edit.isThereNewLine && g().Row() != g().Rows() - 1)
+        maybeWriteNewLineToDB();
     MainGrid& mg = p_.grid;
     mg.row = g().Row();
     mg.topRow = g().TopRow();
@@ -505,6 +477,24 @@ int LedgerEditor::GetTypeBigIndex(const QString& name) const
         if (t.TypeName == name)
             return t.TypeNum;
     return 999;
+}
+
+// A kind as the user may type it: "+12", "12+" (as the grid shows it) or
+// "12" (taken as income): its stored form, sign in front. Other text
+// stays as it is, and is then no kind of the list.
+QString LedgerEditor::storedKind(const QString& typed)
+{
+    const QString t = typed.trimmed();
+    if (t.isEmpty())
+        return t;
+    if (t.startsWith(QLatin1Char('+')) || t.startsWith(QLatin1Char('-')))
+        return t;
+    if (t.endsWith(QLatin1Char('+')) || t.endsWith(QLatin1Char('-')))
+        return FormatKind(t);
+    bool digits = true;
+    for (QChar c : t)
+        digits = digits && c.isDigit();
+    return digits ? QStringLiteral("+") + t : t;
 }
 
 QString LedgerEditor::TrimType(const QString& row)

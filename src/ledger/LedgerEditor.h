@@ -16,7 +16,8 @@
 // Split over files: LedgerEditor.cpp (the commit and the return to a
 // failed cell), CellEditors.cpp (opening the editors, the type list and its
 // completion, the kind dialog, the colour), GridKeys.cpp (the keys),
-// Deleting.cpp (deleting lines), Zeroing.cpp (setting and finding the
+// NewLine.cpp (the new line at the end of the grid), Deleting.cpp
+// (deleting lines), Zeroing.cpp (setting and finding the
 // zeroing line).
 #pragma once
 
@@ -102,6 +103,24 @@ public:
     bool txtCell_KeyDown(int key, Qt::KeyboardModifiers mods);
     bool cmbTypes_KeyDown(int key, Qt::KeyboardModifiers mods);
 
+    // ---- new lines (NewLine.cpp) --------------------------------------------
+    // Insert, the menu, "add": commits the open cell (a refused value keeps
+    // the cursor), writes a pending new line first (a refusal stops here),
+    // then opens an empty line at the end of the grid, cursor in its kind.
+    // Nothing is written until the line is left.
+    void cmdAdd_Click();
+    // Writes the pending new line from its cells, if there is one. True
+    // when the caller may go on: written, none pending, or dropped at the
+    // user's word (no date). False, with the user told, when it stays
+    // pending; the cursor is then on it.
+    bool maybeWriteNewLineToDB();
+    // Esc on the grid: the new line goes, unwritten, with no question.
+    void removeNewLine();
+    // The grid lost the focus to another control of the window.
+    void msfgMain_LostFocus();
+    // The cursor is on the unsaved new line.
+    bool isOnNewLine() const;
+
     // ---- deleting lines (Deleting.cpp) --------------------------------------
     // The Delete key on the grid (isFromButton false) and cmdDel: asks, then
     // deletes the selected rows. The key over less than whole rows only
@@ -133,6 +152,10 @@ public:
     int GetTypeBigIndex(const QString& name) const;
     // The name of a type list row: the text before the first "(", trimmed.
     static QString TrimType(const QString& row);
+    // A kind as the user may type it ("+12", "12+" as the grid shows it, or
+    // "12", taken as income) in its stored form, sign in front; other text
+    // stays as it is.
+    static QString storedKind(const QString& typed);
 
     // Which column the keyboard language follows and the window's state
     // around the cursor (called after each settled move).

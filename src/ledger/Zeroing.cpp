@@ -76,8 +76,10 @@ void LedgerEditor::cmdIpus_Click()
         msfgMain_EnterCell();
         return;
     }
-    // The unsaved new line would be written first (isThereNewLine); this
-    // grid makes none.
+    // A pending new line is written first; one that stays pending stops
+    // here, and the cursor is on it.
+    if (!maybeWriteNewLineToDB())
+        return;
     const int row = g().Row();
     if (row < g().FixedRows() || row > int(led.lines.size()))
         return;

@@ -4,6 +4,7 @@
 #include "app/ui/frmNoIpusView.h"
 #include "app/ui/frmPasswordView.h"
 #include "app/ui/dlgKindView.h"
+#include "app/ui/frmAddLineView.h"
 #include "app/ui/frmCalcView.h"
 
 #include <QAbstractItemView>
@@ -242,6 +243,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<dlgKindView, dlgKind>(d, parent_);
     else if (name == QLatin1String("frmCalc"))
         shown = show<frmCalcView, frmCalc>(d, parent_);
+    else if (name == QLatin1String("frmAddLine"))
+        shown = show<frmAddLineView, frmAddLine>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

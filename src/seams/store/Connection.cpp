@@ -692,6 +692,8 @@ const QString& Connection::path() const { return d->path; }
 
 sqlite3* Connection::handle() const { return d ? d->db : nullptr; }
 
+long long Connection::lastInsertId() const { return d && d->db ? sqlite3_last_insert_rowid(d->db) : 0; }
+
 Recordset Connection::execute(const QString& sql)
 {
     if (!isOpen())

@@ -73,6 +73,9 @@ public:
     bool tableExists(const QString& table);
 
     sqlite3* handle() const;
+    // The key the last INSERT on this connection gave its row (another
+    // connection's inserts do not change it); 0 before any.
+    long long lastInsertId() const;
 
     // The policy for a file another process holds; null (the default): wait
     // five seconds, then fail with StoreError(Busy). It stays through

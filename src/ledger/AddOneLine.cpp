@@ -1,0 +1,46 @@
+#include "ledger/AddOneLine.h"
+
+#include "base/Format.h"
+#include "file/Lines.h"
+#include "file/OpenLedger.h"
+#include "ledger/Zeroing.h"
+
+namespace pelkor {
+
+namespace {
+QString orBlank(const QString& s) { return s.isEmpty() ? QStringLiteral(" ") : s; }
+} // namespace
+
+QString sqlSum(double v)
+{
+    // Fifteen digits keep every sum a ledger holds exact and never turn to
+    // an exponent below a million billion.
+    return QString::number(v, 'g', 15);
+}
+
+QString newLineInsert(const QString& table, const Line& L, int typeNum)
+{
+    const QString memo = L.Memo.isEmpty() ? colorWords().last() : L.Memo;
+    return QStringLiteral("INSERT into %1([kind],[date],[confirm],[detail],[In],[out],[TypeNum],[zee],[memo]) "
+                          "Values('%2',%3,'%4','%5',%6,%7,%8,' ','%9')")
+        .arg(table, fixString(L.kind), formatDateForSQL(L.Date), fixString(orBlank(L.confirm)), fixString(orBlank(L.detail)),
+             sqlSum(L.In), sqlSum(L.out), QString::number(typeNum), QLatin1String(newLinePrefix) + memo);
+}
+
+void addOneLine(OpenLedger& led, const Instance& inst, Line& L)
+{
+    int typeNum = 999;
+    for (const TypeRec& t : led.catalogue.types)
+        if (t.TypeName == L.Type) {
+            typeNum = t.TypeNum;
+            break;
+        }
+    if (L.Memo.isEmpty())
+        L.Memo = colorWords().last();
+    led.sql.executeSQL(QStringLiteral("addOneLine"), newLineInsert(led.linesTable, L, typeNum));
+    L.Id = QString::number(led.cn.lastInsertId());
+    L.TypeNum = typeNum;
+    updateIpus(led, inst);
+}
+
+} // namespace pelkor

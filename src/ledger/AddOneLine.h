@@ -1,0 +1,31 @@
+// Writing one whole line: the insert that the grid's new line, the add-line
+// dialog and every other road that brings a line into a file share.
+//
+// The line is written with its memo prefixed "newline ", so the next load
+// of any window on the file lands on it (and cuts the prefix). The key the
+// store gave the row is read back on the same connection: another process
+// writing the same file at the same moment cannot make the record address
+// someone else's row.
+#pragma once
+
+#include <QString>
+
+namespace pelkor {
+
+struct Instance;
+struct Line;
+struct OpenLedger;
+
+// A sum as a statement writes it: plain digits, no thousands separators.
+QString sqlSum(double v);
+
+// The insert of line L into table, TypeNum typeNum. confirm and detail go
+// as one blank when empty; an empty Memo as "ללא צבע".
+QString newLineInsert(const QString& table, const Line& L, int typeNum);
+
+// addOneLine: writes L (its Type looked up in the ledger's catalogue) into
+// ledger.linesTable at once, then moves the zeroing mark. L.Id becomes the
+// written row's key. The grid is not touched: the caller reloads.
+void addOneLine(OpenLedger& ledger, const Instance& instance, Line& L);
+
+} // namespace pelkor
