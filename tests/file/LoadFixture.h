@@ -3,6 +3,7 @@
 #pragma once
 
 #include "file/Schema.h"
+#include "base/CommandLine.h"
 #include "base/Instances.h"
 #include "frame/frmMain.h"
 #include "seams/platform/ProfileFile.h"
@@ -41,6 +42,21 @@ public:
         return true;
     }
     bool running() const override { return alive; }
+};
+
+// Texts to other processes, recorded: "<id> <text>" each.
+struct RecordingBus : Bus {
+    QStringList sent;
+    bool send(std::uint32_t id, const QString& text) override
+    {
+        sent << idText(id) + QLatin1Char(' ') + text;
+        return true;
+    }
+    bool sendToHost(std::uint32_t a, std::uint32_t b, const QString& text) override
+    {
+        sent << QStringLiteral("host %1 %2 %3").arg(idText(a), idText(b), text);
+        return true;
+    }
 };
 
 class LoadTest : public ::testing::Test {

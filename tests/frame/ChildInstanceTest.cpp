@@ -6,20 +6,6 @@ using namespace pelkor::testing;
 
 namespace {
 
-struct RecordingBus : Bus {
-    QStringList sent;
-    bool send(std::uint32_t id, const QString& text) override
-    {
-        sent << idText(id) + QLatin1Char(' ') + text;
-        return true;
-    }
-    bool sendToHost(std::uint32_t a, std::uint32_t b, const QString& text) override
-    {
-        sent << QStringLiteral("host %1 %2 %3").arg(idText(a), idText(b), text);
-        return true;
-    }
-};
-
 class ChildTest : public LoadTest {
 protected:
     frmMain& startWithBus(const QStringList& args, const QString& rules)
