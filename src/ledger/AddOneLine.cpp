@@ -27,6 +27,26 @@ QString newLineInsert(const QString& table, const Line& L, int typeNum)
              sqlSum(L.In), sqlSum(L.out), QString::number(typeNum), QLatin1String(newLinePrefix) + memo);
 }
 
+void writeLine(OpenLedger& led, const Instance& inst, Line& L, int typeNum, const QString& proc)
+{
+    const QDate ipusDate = led.ipusDate;
+    const QString ipusID = led.ipusID;
+    try {
+        store::Transaction tx(led.cn);
+        led.sql.executeSQL(proc, newLineInsert(led.linesTable, L, typeNum));
+        const QString id = QString::number(led.cn.lastInsertId());
+        moveIpusMark(led, inst);
+        tx.commit();
+        L.Id = id;
+        L.TypeNum = typeNum;
+    } catch (...) {
+        // Nothing was written: the zeroing state is as the file holds it.
+        led.ipusDate = ipusDate;
+        led.ipusID = ipusID;
+        throw;
+    }
+}
+
 void addOneLine(OpenLedger& led, const Instance& inst, Line& L)
 {
     int typeNum = 999;
@@ -37,10 +57,7 @@ void addOneLine(OpenLedger& led, const Instance& inst, Line& L)
         }
     if (L.Memo.isEmpty())
         L.Memo = colorWords().last();
-    led.sql.executeSQL(QStringLiteral("addOneLine"), newLineInsert(led.linesTable, L, typeNum));
-    L.Id = QString::number(led.cn.lastInsertId());
-    L.TypeNum = typeNum;
-    updateIpus(led, inst);
+    writeLine(led, inst, L, typeNum, QStringLiteral("addOneLine"));
 }
 
 } // namespace pelkor

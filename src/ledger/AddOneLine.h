@@ -23,6 +23,11 @@ QString sqlSum(double v);
 // as one blank when empty; an empty Memo as "ללא צבע".
 QString newLineInsert(const QString& table, const Line& L, int typeNum);
 
+// Writes L (TypeNum typeNum) into ledger.linesTable and moves the zeroing
+// mark, in one transaction; then L.Id is the written row's key. A failure
+// leaves the file and the zeroing state as they were.
+void writeLine(OpenLedger& ledger, const Instance& instance, Line& L, int typeNum, const QString& proc);
+
 // addOneLine: writes L (its Type looked up in the ledger's catalogue) into
 // ledger.linesTable at once, then moves the zeroing mark. L.Id becomes the
 // written row's key. The grid is not touched: the caller reloads.

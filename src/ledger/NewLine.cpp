@@ -222,14 +222,12 @@ bool LedgerEditor::maybeWriteNewLineToDB()
             if (w.Memo.isEmpty())
                 w.Memo = colorWords().last();
             w.TypeNum = GetTypeBigIndex(type);
-            led.sql.executeSQL(QStringLiteral("maybeWriteNewLineToDB"), newLineInsert(led.linesTable, w, w.TypeNum));
-            w.Id = QString::number(led.cn.lastInsertId());
+            writeLine(led, p_.instance, w, w.TypeNum, QStringLiteral("maybeWriteNewLineToDB"));
             L = w;
             e.isThereNewLine = false;
             grid.setText(last, colKind, FormatKind(kind));
             grid.setText(last, colDate, formatDate224(L.Date));
             grid.setText(last, colType, type);
-            updateIpus(led, p_.instance);
             grid.setRow(std::clamp(row0, grid.FixedRows(), grid.Rows() - 1));
             grid.setCol(col0);
         }

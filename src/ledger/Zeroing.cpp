@@ -23,8 +23,11 @@ void moveIpusMark(OpenLedger& led, const Instance& inst)
     if (!led.ipusID.isEmpty())
         led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set zee = ' ' WHERE id = %2").arg(tb, led.ipusID));
     for (int pass = 0; pass < 2; ++pass) {
-        auto rs = led.cn.execute(QStringLiteral("SELECT id FROM %1 WHERE date <= %2 ORDER BY date, Left(kind,1) DESC, "
-                                                "Len(Mid(kind,2)), Mid(kind,2), detail, [in], out, id")
+        // The last line on or before the date in the file's order is among
+        // the lines of the latest such date: only those are sorted.
+        auto rs = led.cn.execute(QStringLiteral("SELECT id FROM %1 WHERE date = (SELECT max(date) FROM %1 WHERE date <= %2) "
+                                                "ORDER BY date, Left(kind,1) DESC, Len(Mid(kind,2)), Mid(kind,2), detail, "
+                                                "[in], out, id")
                                      .arg(tb, formatDateForSQL(led.ipusDate)));
         if (!rs.eof()) {
             rs.moveLast();

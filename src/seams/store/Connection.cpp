@@ -5,6 +5,7 @@
 #include "seams/store/TextForms.h"
 
 #include <QElapsedTimer>
+#include <QRandomGenerator>
 #include <QFileInfo>
 #include <QHash>
 #include <sqlite3.h>
@@ -551,9 +552,10 @@ struct Connection::Impl {
             d->noticed = true;
             d->busyPolicy->waiting(d->path, int(ms));
         }
-        // Short sleeps first: most writers of a ledger finish in a few
-        // milliseconds.
-        sqlite3_sleep(count < 10 ? 5 : 25);
+        // Short sleeps: most writers of a ledger finish in a few
+        // milliseconds. Their length varies, so a waiter never falls into
+        // step with a writer that keeps coming back and misses every gap.
+        sqlite3_sleep(1 + int(QRandomGenerator::global()->bounded(count < 10 ? 4 : 12)));
         return 1;
     }
 
