@@ -40,6 +40,7 @@ ShownControls shownControls(const Instance& m)
     s.mnuReports = s.mnuOpenAnotherPelkor = s.cmdReport = true;
     s.mnuActions = s.mnuDefs = !m.isFromKelvanto;
     s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
+    s.mnuAddConstantTransactions = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
     return s;
 }
@@ -55,6 +56,7 @@ QString controlCaption(const QString& name)
         {"cmdIpus", "קבע שורת איפוס"},
         {"cmdGoToIpusLine", "עבור לשורת האיפוס"},
         {"mnuSetIpusLine", "קבע שורת איפוס"},
+        {"mnuAddConstantTransactions", "הכנסת פעולות קבועות"},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -30,6 +30,7 @@ struct ShownControls {
     bool mnuResetBankData = false;
     bool mnuPerformBankCoordination = false;
     bool mnuSetIpusLine = false;           // under mnuActions
+    bool mnuAddConstantTransactions = false;  // under mnuActions
     QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
     QString mnuPerformBankCoordinationCaption;
     // Buttons.
@@ -51,7 +52,8 @@ struct ShownControls {
 ShownControls shownControls(const Instance& instance);
 
 // The captions of the deleting and zeroing-line controls, by control name
-// (cmdDel, cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine).
+// (cmdDel, cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine,
+// mnuAddConstantTransactions).
 QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.

@@ -476,6 +476,7 @@ bool frmMain::clickControl(const QString& name)
         {"cmdDel", false, &frmMain::cmdDel_Click},
         {"cmdIpus", false, &frmMain::cmdIpus_Click},
         {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
+        {"mnuAddConstantTransactions", false, &frmMain::mnuAddConstantTransactions_Click},
     };
     for (const Clickable& c : clickables) {
         if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
@@ -608,6 +609,15 @@ void frmMain::mnuCreateLogFile_Click()
 void frmMain::mnuResetBankData_Click()
 {
     pelkor::mnuResetBankData_Click(ledger_, ui_, *this);
+}
+
+void frmMain::mnuAddConstantTransactions_Click()
+{
+    frmConstantTransactions dlg(ConstantParts{ledger_, ui_, edit_, constantLasts_, env_.today,
+                                              [this](bool hebrew) { keyboardLanguage(hebrew); }});
+    ui_.runDialog(dlg);
+    if (dlg.wrote())
+        cmdRefresh_Click();
 }
 
 void frmMain::waitWhile(const std::function<bool()>& pred)

@@ -25,6 +25,7 @@
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
 #include "ledger/EditState.h"
+#include "ledger/ConstantTransactionsDialog.h"
 #include "ledger/LedgerEditor.h"
 #include "ledger/Find.h"
 #include "seams/platform/KeyboardLayouts.h"
@@ -118,6 +119,8 @@ public:
     void msfgMain_EnterCell();
     void mnuCreateLogFile_Click();
     void mnuResetBankData_Click();
+    // The recurring-transaction dialog; a written series reloads the file.
+    void mnuAddConstantTransactions_Click();
     // Deleting lines and the zeroing line: the ledger room's (LedgerEditor),
     // reached from the buttons, the menus and the texts of other processes.
     void cmdDel_Click() { editor_.cmdDel_Click(); }
@@ -219,6 +222,7 @@ private:
     EditState edit_;
     LedgerEditor editor_{editParts()};
     FindState find_;
+    ConstantLasts constantLasts_;
     Finder finder_{editParts(), editor_, find_};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
