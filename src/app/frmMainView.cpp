@@ -153,6 +153,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("mnuSetIpusLine_Click"), [this] { m_.cmdIpus_Click(); });
         afterEdit();
     });
+    mnuAddConstantTransactions_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddConstantTransactions")));
+    mnuAddConstantTransactions_->setObjectName(QStringLiteral("mnuAddConstantTransactions"));
+    connect(mnuAddConstantTransactions_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuAddConstantTransactions_Click"), [this] { m_.mnuAddConstantTransactions_Click(); });
+        table_->setFocus();
+    });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
@@ -205,8 +211,9 @@ void frmMainView::showControls()
     cmdDelAll_->setVisible(s.cmdDelAll);
     cmdIpus_->setVisible(s.cmdIpus);
     cmdGoToIpusLine_->setVisible(s.cmdGoToIpusLine);
-    mnuActions_->menuAction()->setVisible(s.mnuActions && s.mnuSetIpusLine);
+    mnuActions_->menuAction()->setVisible(s.mnuActions && (s.mnuSetIpusLine || s.mnuAddConstantTransactions));
     mnuSetIpusLine_->setVisible(s.mnuSetIpusLine);
+    mnuAddConstantTransactions_->setVisible(s.mnuAddConstantTransactions);
     menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuSetIpusLine);
     if (s.childWindow && m_.shown().visible && !childPlaced_)
         placeChildWindow();

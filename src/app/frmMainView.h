@@ -71,6 +71,7 @@ private:
     QAction* mnuClose_ = nullptr;
     QMenu* mnuActions_ = nullptr;
     QAction* mnuSetIpusLine_ = nullptr;
+    QAction* mnuAddConstantTransactions_ = nullptr;
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;

@@ -5,6 +5,7 @@
 #include "app/ui/frmPasswordView.h"
 #include "app/ui/dlgKindView.h"
 #include "app/ui/frmCalcView.h"
+#include "app/ui/frmConstantTransactionsView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -242,6 +243,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<dlgKindView, dlgKind>(d, parent_);
     else if (name == QLatin1String("frmCalc"))
         shown = show<frmCalcView, frmCalc>(d, parent_);
+    else if (name == QLatin1String("frmConstantTransactions"))
+        shown = show<frmConstantTransactionsView, frmConstantTransactions>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

@@ -22,7 +22,10 @@ class NotifierBridge : public QObject {
     Q_OBJECT
 public:
     explicit NotifierBridge(QtWebView& view) : QObject(&view), view_(view) {}
-    Q_INVOKABLE void notify(const QString& href) { view_.notified(href); }
+    Q_INVOKABLE void notify(const QString& href, const QString& theID, const QString& theRowIndx)
+    {
+        view_.notified(href, theID, theRowIndx);
+    }
 
 private:
     QtWebView& view_;
@@ -43,8 +46,9 @@ const char notifierHook[] = R"JS(
     window.__pelkorHooked = true;
     new QWebChannel(qt.webChannelTransport, function (ch) { window.__pelkorBridge = ch.objects.pelkorBridge; });
     document.addEventListener('click', function (e) {
-        if (e.target && e.target.id === 'notifier' && window.__pelkorBridge)
-            window.__pelkorBridge.notify(location.href);
+        if (!e.target || e.target.id !== 'notifier' || !window.__pelkorBridge) return;
+        var id = document.getElementById('theID'), row = document.getElementById('theRowIndx');
+        window.__pelkorBridge.notify(location.href, id ? String(id.value) : '', row ? String(row.value) : '');
     }, true);
 })();
 )JS";
@@ -153,20 +157,31 @@ void QtWebView::loadFinished(bool ok)
 
 bool QtWebView::attachNotifier(const clsForward& forward)
 {
-    if (!complete_ || count(QStringLiteral("notifier")) == 0)
+    // No round trip to the page here: its hook listens for a notifier
+    // whenever one comes to be (a page may write its body after loading).
+    if (!complete_)
         return false;
     forward_ = forward;
     return true;
 }
 
-void QtWebView::notified(const QString& href)
+void QtWebView::notified(const QString& href, const QString& theID, const QString& theRowIndx)
 {
     if (!complete_ || !forward_.isSet())
         return;
     if (QUrl(href).adjusted(QUrl::RemoveQuery) != urlOf(location_).adjusted(QUrl::RemoveQuery))
         return;  // a click of the page before this one
-    const clsForward f = forward_;
-    f();
+    // Out of the channel's own message handling; the event's values come
+    // with it, so the handler reads them without asking the page again.
+    const int navigation = navigation_;
+    QTimer::singleShot(0, this, [this, navigation, theID, theRowIndx] {
+        if (navigation != navigation_ || !complete_)
+            return;
+        event_ = {true, theID, theRowIndx};
+        const clsForward f = forward_;
+        f();
+        event_ = {};
+    });
 }
 
 QVariant QtWebView::evaluate(const QString& script)
@@ -208,11 +223,19 @@ int QtWebView::count(const QString& id)
 
 QString QtWebView::value(const QString& id, int index)
 {
+    if (event_.running && index == 0 && id == QLatin1String("theID"))
+        return event_.theID;
+    if (event_.running && index == 0 && id == QLatin1String("theRowIndx"))
+        return event_.theRowIndx;
     return evaluate(QStringLiteral("(function(e){ return e ? String(e.value) : ''; })(%1)").arg(element(id, index))).toString();
 }
 
 void QtWebView::setValue(const QString& id, const QString& value, int index)
 {
+    if (index == 0 && id == QLatin1String("theID"))
+        event_.theID = value;
+    if (index == 0 && id == QLatin1String("theRowIndx"))
+        event_.theRowIndx = value;
     evaluate(QStringLiteral("(function(e){ if (e) e.value = %2; })(%1)").arg(element(id, index), jsString(value)));
 }
 

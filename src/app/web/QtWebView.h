@@ -5,9 +5,11 @@
 // world of its own, out of the pages' reach: a script injected into every
 // page listens for clicks on "notifier" and tells the bridge, which calls
 // the attached clsForward only while the page that clicked is the complete
-// current one. Reads and writes of the document run a script and wait for
-// its answer with the event loop running (user input held back), so the
-// logic reads theID in the same line as it would on the old control.
+// current one. The click brings theID and theRowIndx with it, and the
+// handler's reads of these two are answered from them. Other reads and
+// writes of the document run a script and wait for its answer with the
+// event loop running (user input held back), so the logic reads the page
+// in the same line as it would on the old control.
 //
 // Pages are read in windows-1255 unless they say otherwise.
 #pragma once
@@ -64,7 +66,7 @@ signals:
 
 private:
     friend class NotifierBridge;
-    void notified(const QString& href);
+    void notified(const QString& href, const QString& theID, const QString& theRowIndx);
     void loadFinished(bool ok);
     // element(id, index) as a script expression.
     static QString element(const QString& id, int index);
@@ -76,7 +78,13 @@ private:
     clsForward forward_;
     QString location_;
     bool complete_ = false;
-    int navigation_ = 0;  // counts navigations, so a late load of an old page is not taken for the new one
+    int navigation_ = 0;
+    // The page's event while its handler runs: theID and theRowIndx as the
+    // click left them.
+    struct Event {
+        bool running = false;
+        QString theID, theRowIndx;
+    } event_;  // counts navigations, so a late load of an old page is not taken for the new one
 };
 
 // A script's string literal of s (quoted, escaped, non-ASCII as \uXXXX).

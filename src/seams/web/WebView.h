@@ -61,7 +61,8 @@ public:
     virtual void setDocumentComplete(std::function<void(const QString& target)> handler) = 0;
 
     // Sets onclick of the page's "notifier" to forward. False, attaching
-    // nothing, while the page is not complete or has no notifier.
+    // nothing, while the page is not complete (the scripted view also
+    // refuses a page without a notifier).
     virtual bool attachNotifier(const clsForward& forward) = 0;
 
     // ---- the live document ----------------------------------------------
