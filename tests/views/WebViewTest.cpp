@@ -91,8 +91,10 @@ TEST(WebEngineView, WaitNoticeShowsCentredWithItsWords)
 {
     frmWaitMessageView w(QStringLiteral(PELKOR_BINARY_DIR));
     w.logic().showMessage(QStringLiteral("מחפש התאמות"));
-    EXPECT_FALSE(w.isVisible());
-    ASSERT_TRUE(waitFor([&] { return w.isVisible(); }));
+    EXPECT_FALSE(w.logic().isVisible());
+    ASSERT_TRUE(waitFor([&] { return w.logic().isVisible(); }));
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_EQ(w.windowOpacity(), 1.0);
     EXPECT_EQ(w.wb().text(QStringLiteral("msg")), QStringLiteral("מחפש התאמות"));
     waitFor([] { return false; }, 500);   // the first frames painted
     QDir().mkpath(QStringLiteral(PELKOR_BINARY_DIR "/screenshots"));

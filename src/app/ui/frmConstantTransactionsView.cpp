@@ -139,8 +139,11 @@ void frmConstantTransactionsView::mirror()
         if (!current.isEmpty())
             list->setCurrentItem(current.first());
         QWidget* edit = widgets_.value(it.key());
-        const QPoint under = edit->mapTo(this, QPoint(0, edit->height()));
-        list->setGeometry(under.x(), under.y(), std::max(edit->width(), 200), 6 * 20 + 4);
+        // Under the field, its right edge on the field's (a Hebrew list
+        // reads from the right), and kept inside the window.
+        const QPoint under = edit->mapTo(this, QPoint(edit->width(), edit->height()));
+        const int w = std::max(edit->width(), 200);
+        list->setGeometry(std::max(0, under.x() - w), under.y(), w, std::min(6 * 20 + 4, height() - under.y()));
         list->show();
         list->raise();
         auto* line = static_cast<QLineEdit*>(edit);

@@ -148,11 +148,17 @@ void QtWebView::loadFinished(bool ok)
     if (!location_.isEmpty() && view_->url().adjusted(QUrl::RemoveQuery) != expected.adjusted(QUrl::RemoveQuery))
         return;
     complete_ = true;
+    // The handler reads and writes the page: out of the engine's own signal,
+    // inside which the answers to its scripts would wait.
     const int navigation = navigation_;
-    if (onComplete_)
-        onComplete_(location_);
-    if (navigation == navigation_)
-        emit documentCompleted(location_);
+    QTimer::singleShot(0, this, [this, navigation] {
+        if (navigation != navigation_ || !complete_)
+            return;
+        if (onComplete_)
+            onComplete_(location_);
+        if (navigation == navigation_)
+            emit documentCompleted(location_);
+    });
 }
 
 bool QtWebView::attachNotifier(const clsForward& forward)
