@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|feed]
+//                [--only store|bare|open|edit|feed|web]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -27,6 +27,9 @@
 //           "BEGIN; UPDATE ... SET out ...; COMMIT;" of the same row on a
 //           connection of its own to the same file, in WAL mode as the store
 //           opens it. Both sides write a changed value each time. Target 2.0.
+//   page    a pick-list page of 10,000 rows written and shown by the web
+//           seam, ready for a click, against a bare WebEngine view showing
+//           the same page from a file (bench/WebBench.cpp). Target 2.0.
 //
 // Each figure is the best of several runs of each side, the two sides taking
 // turns and each going first in half of the rounds, so that a busy machine
@@ -56,6 +59,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -397,9 +401,18 @@ void printFigure(const QString& figure, double mine, double base, const char* ta
 } // namespace
 
 int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
+#ifdef PELKOR_BENCH_WEB
+int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
+void webFigure(const QString& program, int runs);
+#endif
 
 int main(int argc, char** argv)
 {
+#ifdef PELKOR_BENCH_WEB
+    // The page figure's own process, with a GUI application of its own.
+    if (argc == 3 && std::string(argv[1]) == "--web")
+        return webFigureProcess(argc, argv, std::max(1, std::atoi(argv[2])));
+#endif
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments();
     if (args.size() == 5 && args[1] == QLatin1String("--memory"))
@@ -423,6 +436,13 @@ int main(int argc, char** argv)
     }
     QDir().mkpath(dataDir);
     std::printf("%-28s %12s %12s %8s %8s\n", "figure", "pelkor", "baseline", "ratio", "target");
+#ifdef PELKOR_BENCH_WEB
+    if (only.isEmpty() || only == QLatin1String("web")) {
+        webFigure(QCoreApplication::applicationFilePath(), runs > 0 ? runs : 5);
+        if (!only.isEmpty())
+            return 0;
+    }
+#endif
     if (only.isEmpty() || only == QLatin1String("feed")) {
         const int feedCode = feedFigure(dataDir, runs);
         if (!only.isEmpty())

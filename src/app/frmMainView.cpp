@@ -171,6 +171,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         afterEdit();
         table_->setFocus();
     });
+    mnuAddConstantTransactions_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddConstantTransactions")));
+    mnuAddConstantTransactions_->setObjectName(QStringLiteral("mnuAddConstantTransactions"));
+    connect(mnuAddConstantTransactions_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuAddConstantTransactions_Click"), [this] { m_.mnuAddConstantTransactions_Click(); });
+        table_->setFocus();
+    });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
@@ -227,6 +233,7 @@ void frmMainView::showControls()
     mnuSetIpusLine_->setVisible(s.mnuSetIpusLine);
     mnuAddNewLine_->setVisible(s.mnuAddNewLine);
     mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);
+    mnuAddConstantTransactions_->setVisible(s.mnuAddConstantTransactions);
     mnuActions_->menuAction()->setVisible(s.mnuActions);
     menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuActions);
     if (s.childWindow && m_.shown().visible && !childPlaced_)

@@ -74,6 +74,7 @@ private:
     QAction* mnuAddNewLine_ = nullptr;
     QAction* mnuAddLineToFile_ = nullptr;
     QPushButton* cmdAdd_ = nullptr;
+    QAction* mnuAddConstantTransactions_ = nullptr;
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;

@@ -46,6 +46,7 @@ ShownControls shownControls(const Instance& m)
     s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
     s.mnuAddNewLine = s.mnuActions;
     s.mnuAddLineToFile = s.mnuActions && !m.isMerged;
+    s.mnuAddConstantTransactions = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
     return s;
 }
@@ -64,6 +65,7 @@ QString controlCaption(const QString& name)
         {"mnuSetIpusLine", "קבע שורת איפוס"},
         {"mnuAddNewLine", "הוסף שורה"},
         {"mnuAddLineToFile", "הוסף שורה לקובץ אחר..."},
+        {"mnuAddConstantTransactions", "הכנסת פעולות קבועות"},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -35,6 +35,7 @@ struct ShownControls {
     bool mnuSetIpusLine = false;           // under mnuActions
     bool mnuAddNewLine = false;            // under mnuActions
     bool mnuAddLineToFile = false;         // under mnuActions
+    bool mnuAddConstantTransactions = false;  // under mnuActions
     QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
     QString mnuPerformBankCoordinationCaption;
     // Buttons.
@@ -58,7 +59,7 @@ ShownControls shownControls(const Instance& instance);
 
 // The captions of the ledger's controls, by control name (cmdAdd, cmdDel,
 // cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine, mnuAddNewLine,
-// mnuAddLineToFile).
+// mnuAddLineToFile, mnuAddConstantTransactions).
 QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.

@@ -478,6 +478,7 @@ bool frmMain::clickControl(const QString& name)
         {"mnuAddLineToFile", false, &frmMain::mnuAddLineToFile_Click},
         {"cmdIpus", false, &frmMain::cmdIpus_Click},
         {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
+        {"mnuAddConstantTransactions", false, &frmMain::mnuAddConstantTransactions_Click},
     };
     for (const Clickable& c : clickables) {
         if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
@@ -621,6 +622,15 @@ void frmMain::mnuAddLineToFile_Click()
         if (!env_.bus || instance_.txtMessageId == 0 || !env_.bus->send(instance_.txtMessageId, text))
             txtMessage_Change(text);
     });
+}
+
+void frmMain::mnuAddConstantTransactions_Click()
+{
+    frmConstantTransactions dlg(ConstantParts{ledger_, ui_, edit_, constantLasts_, env_.today,
+                                              [this](bool hebrew) { keyboardLanguage(hebrew); }});
+    ui_.runDialog(dlg);
+    if (dlg.wrote())
+        cmdRefresh_Click();
 }
 
 void frmMain::waitWhile(const std::function<bool()>& pred)

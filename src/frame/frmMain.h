@@ -25,6 +25,7 @@
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
 #include "ledger/EditState.h"
+#include "ledger/ConstantTransactionsDialog.h"
 #include "ledger/LedgerEditor.h"
 #include "ledger/Find.h"
 #include "seams/platform/KeyboardLayouts.h"
@@ -119,6 +120,8 @@ public:
     void mnuCreateLogFile_Click();
     void mnuResetBankData_Click();
     void mnuAddLineToFile_Click();
+    // The recurring-transaction dialog; a written series reloads the file.
+    void mnuAddConstantTransactions_Click();
     // New lines, deleting lines and the zeroing line: the ledger room's (LedgerEditor),
     // reached from the buttons, the menus and the texts of other processes.
     void cmdAdd_Click() { editor_.cmdAdd_Click(); }
@@ -221,6 +224,7 @@ private:
     EditState edit_;
     LedgerEditor editor_{editParts()};
     FindState find_;
+    ConstantLasts constantLasts_;
     Finder finder_{editParts(), editor_, find_};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;

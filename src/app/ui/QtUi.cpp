@@ -6,6 +6,7 @@
 #include "app/ui/dlgKindView.h"
 #include "app/ui/frmAddLineView.h"
 #include "app/ui/frmCalcView.h"
+#include "app/ui/frmConstantTransactionsView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -245,6 +246,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmCalcView, frmCalc>(d, parent_);
     else if (name == QLatin1String("frmAddLine"))
         shown = show<frmAddLineView, frmAddLine>(d, parent_);
+    else if (name == QLatin1String("frmConstantTransactions"))
+        shown = show<frmConstantTransactionsView, frmConstantTransactions>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

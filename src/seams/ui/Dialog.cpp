@@ -155,6 +155,18 @@ void Dialog::setEnabled(const QString& name, bool enabled)
         c->enabled = enabled;
 }
 
+void Dialog::setVisible(const QString& name, bool visible)
+{
+    if (Control* c = find(name))
+        c->visible = visible;
+}
+
+void Dialog::setItems(const QString& name, const QStringList& items)
+{
+    if (Control* c = find(name))
+        c->items = items;
+}
+
 void Dialog::setValue(const QString& name, const QString& value)
 {
     if (Control* c = find(name))

@@ -87,6 +87,10 @@ protected:
     Control& addControl(const QString& name, Kind kind, const QString& label = {},
                         const QString& value = {});
     void setEnabled(const QString& name, bool enabled);
+    // A control shown or hidden (a list that drops down under its field).
+    void setVisible(const QString& name, bool visible);
+    // A list box's rows, refilled (its value is left alone).
+    void setItems(const QString& name, const QStringList& items);
     void setFocus(const QString& name) { focus_ = name; }
     // Sets a value without running any handler (the form's own code setting
     // a control, as at load).

@@ -1,0 +1,160 @@
+// The page figure: a pick-list page of 10,000 rows built as the program
+// builds its pages (one buffer, every user text through htmlEscape),
+// written in windows-1255 to the temporary folder, shown in the web seam's
+// view and ready for a click (complete, the notifier's handler attached),
+// against a bare QWebEngineView showing the same page from a file written
+// beforehand, from setUrl to loadFinished. Target 2.0.
+//
+// WebEngine needs a GUI application and a platform: the figure runs in a
+// process of its own (this program started with --web) on the offscreen
+// platform, and says so and skips when the engine does not come up.
+#include "app/web/QtWebView.h"
+#include "seams/web/Html.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QWebEngineView>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace pelkor;
+
+namespace {
+
+constexpr int pageRows = 10000;
+
+// The page: a hidden theRowIndx and notifier, a table of one row per line
+// with the pick list's four cells and separators, and its row scripts.
+QString buildPage()
+{
+    static const char* const details[] = {"שכר דירה - משרד ראשי", "ספק \"חומרי דפוס\" & בניו", "העברה <מלקוח>",
+                                          "ארנונה", "חשמל 'מרץ'"};
+    QString html;
+    html.reserve(pageRows * 330);
+    html += QStringLiteral("<html dir=rtl><head>") + QLatin1String(web::charsetMeta)
+        + QStringLiteral("<script>var curRow;</script></head><body style='overflow-y:auto;overflow-x:hidden'>"
+                         "<input type=hidden id=theRowIndx><input type=button style='display: none' id=notifier>"
+                         "<div id=d1></div><table id=t1 style='font-family:Arial;font-size:8pt' cellspacing=0>");
+    for (int i = 0; i < pageRows; ++i) {
+        html += QStringLiteral("<tr onclick='theRowIndx.value=this.rowIndex;document.all.notifier.click()' "
+                               "onmouseover=\"this.style.background='#ffe0a0'\" onmouseout=\"this.style.background='white'\">"
+                               "<td width=30>");
+        web::appendEscaped(html, QStringLiteral("%1-").arg(i % 40 + 1));
+        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=70>");
+        web::appendEscaped(html, QStringLiteral("%1/%2/2025").arg(i % 28 + 1, 2, 10, QLatin1Char('0')).arg(i % 12 + 1, 2, 10, QLatin1Char('0')));
+        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=185>");
+        web::appendEscaped(html, QString::fromUtf8(details[i % 5]));
+        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=85><bdi>");
+        web::appendEscaped(html, QStringLiteral("%1.00").arg(1000 + i * 7));
+        html += QStringLiteral("</bdi></td></tr>");
+    }
+    html += QStringLiteral("</table></body></html>");
+    return html;
+}
+
+bool waitUntil(const std::function<bool()>& done)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < 60000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    return done();
+}
+
+void blank(QWebEngineView& v)
+{
+    bool loaded = false;
+    auto c = QObject::connect(&v, &QWebEngineView::loadFinished, [&] { loaded = true; });
+    v.setUrl(QUrl(QStringLiteral("about:blank")));
+    waitUntil([&] { return loaded; });
+    QObject::disconnect(c);
+}
+
+} // namespace
+
+// The figure's own process: prints "web <mine> <base>" in milliseconds, or
+// "skip <why>".
+int webFigureProcess(int argc, char** argv, int runs)
+{
+    web::QtWebView::prepareEngine();
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication app(argc, argv);
+    QTemporaryDir dir;
+    const QString basePage = dir.filePath(QStringLiteral("bare.htm"));
+    if (web::writePage(dir.path(), QStringLiteral("bare.htm"), buildPage()).isEmpty()) {
+        std::printf("skip cannot write the page\n");
+        return 0;
+    }
+    QWebEngineView bare;
+    bare.resize(800, 600);
+    bare.show();
+    web::QtWebView wb;
+    wb.resize(800, 600);
+    wb.show();
+    const auto base = [&] {
+        blank(bare);
+        bool loaded = false;
+        auto c = QObject::connect(&bare, &QWebEngineView::loadFinished, [&] { loaded = true; });
+        QElapsedTimer t;
+        t.start();
+        bare.setUrl(QUrl::fromLocalFile(basePage));
+        const bool ok = waitUntil([&] { return loaded; });
+        QObject::disconnect(c);
+        return ok ? double(t.nsecsElapsed()) / 1e6 : -1.0;
+    };
+    const auto mine = [&] {
+        wb.navigate(QStringLiteral("about:blank"));
+        waitUntil([&] { return wb.isComplete(); });
+        bool ready = false;
+        wb.setDocumentComplete([&](const QString&) { ready = wb.attachNotifier(web::clsForward([] {})); });
+        QElapsedTimer t;
+        t.start();
+        const QString page = web::writePage(dir.path(), QStringLiteral("rows.htm"), buildPage());
+        wb.navigate(page);
+        const bool ok = waitUntil([&] { return ready; });
+        wb.setDocumentComplete({});
+        return ok ? double(t.nsecsElapsed()) / 1e6 : -1.0;
+    };
+    if (base() < 0 || mine() < 0) {
+        std::printf("skip WebEngine did not show the page\n");
+        return 0;
+    }
+    double m = 1e300, b = 1e300;
+    for (int r = 0; r < runs; ++r) {
+        if (r % 2 == 0) {
+            b = std::min(b, base());
+            m = std::min(m, mine());
+        } else {
+            m = std::min(m, mine());
+            b = std::min(b, base());
+        }
+    }
+    std::printf("web %.1f %.1f\n", m, b);
+    return 0;
+}
+
+// Runs the figure's process and prints its line of the table.
+void webFigure(const QString& program, int runs)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    p.setProcessEnvironment(env);
+    p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    p.start(program, {QStringLiteral("--web"), QString::number(runs)});
+    const bool finished = p.waitForFinished(300000);
+    const QStringList words = QString::fromUtf8(p.readAllStandardOutput()).trimmed().split(QLatin1Char(' '));
+    if (!finished || words.value(0) != QLatin1String("web")) {
+        std::printf("%-28s skipped: %s\n", "page 10000 rows ms",
+                    finished ? qPrintable(words.mid(1).join(QLatin1Char(' '))) : "WebEngine did not answer");
+        std::fflush(stdout);
+        return;
+    }
+    const double mine = words.value(1).toDouble(), base = words.value(2).toDouble();
+    std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", "page 10000 rows ms", mine, base, mine / base, "2.00");
+    std::fflush(stdout);
+}
