@@ -4,6 +4,8 @@
 #include "file/Display.h"
 #include "seams/grid/GridModel.h"
 
+#include <algorithm>
+
 namespace pelkor::charts {
 
 int DaySums::dayOf(const QDate& d) const
@@ -14,50 +16,80 @@ int DaySums::dayOf(const QDate& d) const
     return day >= 0 && day < nDaysInSummary ? int(day) : -1;
 }
 
-void calcDailySummary(std::vector<Line>& lines, DaySums& out)
+namespace {
+
+// The days from first to last, sized and zeroed.
+void sizeDays(DaySums& out, const QDate& first, const QDate& last)
 {
-    // Phase 1: the span. The lines are sorted by date; the first and last
-    // dated ones bound the days, and a line out of order (an edit not yet
-    // reloaded) only widens them.
-    QDate first, last;
-    for (const Line& L : lines) {
-        if (!hasDayDate(L))
-            continue;
-        if (!first.isValid() || L.Date < first)
-            first = L.Date;
-        if (!last.isValid() || L.Date > last)
-            last = L.Date;
-    }
     out.firstDate = first;
     out.nDaysInSummary = first.isValid() ? int(first.daysTo(last)) + 1 : 0;
     const size_t n = size_t(out.nDaysInSummary);
     out.dailyIns.assign(n, 0);
     out.dailyOuts.assign(n, 0);
     out.dailyBalances.assign(n, 0);
+}
 
-    // Phase 2: the walk. `open` is the first day not yet closed; a line of
-    // a later day closes every day before its own with the balance before it.
-    const qint64 firstJd = first.isValid() ? first.toJulianDay() : 0;
+// The walk. `open` is the first day not yet closed; a line of a later day
+// closes every day before its own with the balance before it, so a day
+// without lines carries the last balance on. False when a dated line lies
+// outside the days (the lines were not in date order).
+bool walkDays(std::vector<Line>& lines, DaySums& out)
+{
+    const qint64 firstJd = out.firstDate.isValid() ? out.firstDate.toJulianDay() : 0;
+    const qint64 n = out.nDaysInSummary;
     double balance = 0;
-    int open = 0;
+    qint64 open = 0;
     for (Line& L : lines) {
         const double before = balance;
         balance = nextBalance(balance, L);
         L.balance = balance;
         if (!hasDayDate(L))
             continue;
-        const int d = int(L.Date.toJulianDay() - firstJd);
+        const qint64 d = L.Date.toJulianDay() - firstJd;
+        if (d < 0 || d >= n)
+            return false;
         out.dailyIns[size_t(d)] += L.In;
         out.dailyOuts[size_t(d)] += L.out;
         if (d > open) {
-            for (int k = open; k < d; ++k)
+            for (qint64 k = open; k < d; ++k)
                 out.dailyBalances[size_t(k)] = before;
             open = d;
         }
     }
-    // Phase 3: the days from the last open one close on the last balance.
-    for (size_t k = size_t(open); k < n; ++k)
-        out.dailyBalances[k] = balance;
+    // The days from the last open one close on the last balance.
+    for (qint64 k = open; k < n; ++k)
+        out.dailyBalances[size_t(k)] = balance;
+    return true;
+}
+
+} // namespace
+
+void calcDailySummary(std::vector<Line>& lines, DaySums& out)
+{
+    // The lines are sorted by date: the first and the last dated lines bound
+    // the days. A line out of order (a date edited and not yet reloaded)
+    // shows in the walk, and then the span is found over all lines.
+    QDate first, last;
+    for (const Line& L : lines)
+        if (hasDayDate(L)) {
+            first = L.Date;
+            break;
+        }
+    for (auto it = lines.rbegin(); it != lines.rend(); ++it)
+        if (hasDayDate(*it)) {
+            last = it->Date;
+            break;
+        }
+    sizeDays(out, first, std::max(first, last));
+    if (walkDays(lines, out))
+        return;
+    for (const Line& L : lines)
+        if (hasDayDate(L)) {
+            first = std::min(first, L.Date);
+            last = std::max(last, L.Date);
+        }
+    sizeDays(out, first, last);
+    walkDays(lines, out);
 }
 
 void fillDailySummary(const DaySums& days, double theCredit, grid::GridModel& g)
