@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|feed|web]
+//                [--only store|bare|open|edit|feed|web|charts]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -19,6 +19,8 @@
 //           run (to the end, the wrap, and round again), the texts made
 //           from the lines as the grid defers them, against a plain loop
 //           testing as many texts with QString::contains. Target 2.
+//   days, chart  the daily summary's folding and one balance chart, on the
+//           largest file (ChartsBench.cpp).
 //   edit    in a working run opened on the file, one edited expense near the
 //           top of the ledger committed: from the text put into the cell to
 //           the end of msfgMainLeaveCell (the question about history answered
@@ -49,6 +51,7 @@
 #include "seams/ui/ScriptedUi.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -405,6 +408,7 @@ int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
 int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
 void webFigure(const QString& program, int runs);
 #endif
+int chartsFigure(std::vector<Line>& lines, int runs); // ChartsBench.cpp
 
 int main(int argc, char** argv)
 {
@@ -413,10 +417,18 @@ int main(int argc, char** argv)
     if (argc == 3 && std::string(argv[1]) == "--web")
         return webFigureProcess(argc, argv, std::max(1, std::atoi(argv[2])));
 #endif
-    QCoreApplication app(argc, argv);
-    const QStringList args = app.arguments();
-    if (args.size() == 5 && args[1] == QLatin1String("--memory"))
+    // The memory figure's measuring process stays a plain one, as it was.
+    if (argc == 5 && std::string(argv[1]) == "--memory") {
+        QCoreApplication app(argc, argv);
+        const QStringList args = app.arguments();
         return measureMemory(args[2], args[3], args[4].toLong());
+    }
+    // A GUI application (offscreen unless told otherwise): the chart figure
+    // draws text.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    const QStringList args = app.arguments();
     QList<long> sizes{10000, 100000, 1000000};
     QString dataDir = QCoreApplication::applicationDirPath() + QStringLiteral("/bench-data");
     int runs = 0;  // 0: by size, see runsFor
@@ -471,6 +483,12 @@ int main(int argc, char** argv)
                 best = std::min(best, sides.mine());
             std::printf("%-28s %12.2f\n", QStringLiteral("edit %1 lines ms").arg(n).toUtf8().constData(), best);
             continue;
+        }
+        if (only == QLatin1String("charts") || (only.isEmpty() && n == sizes.last())) {
+            WorkingRun run(path);
+            chartsFigure(run.logic().ledger().lines, count);
+            if (!only.isEmpty())
+                continue;
         }
         if (!only.isEmpty()) {
             double best = 1e300;

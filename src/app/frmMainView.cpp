@@ -1,6 +1,7 @@
 #include "app/frmMainView.h"
 
 #include "app/CellEditorsView.h"
+#include "app/charts/DailySummaryView.h"
 #include "app/Named.h"
 #include "app/frmFindView.h"
 #include "app/grid/GridView.h"
@@ -63,7 +64,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     col->addWidget(newLines_);
     table_ = named(new grid::GridView(m_.mainGrid().msfgMain, central), QStringLiteral("msfgMain"));
     table_->tableModel()->setFigureColumns({colIn, colOut, colBalance});
-    col->addWidget(table_, 1);
+    // The daily summary stands beside the grid (to its left, right to left).
+    auto* middle = new QHBoxLayout();
+    middle->addWidget(table_, 3);
+    daily_ = new DailySummaryView(m_, [this] { table_->setFocus(); }, central);
+    middle->addWidget(daily_, 2);
+    col->addLayout(middle, 1);
 
     // A detail child's totals, under the grid. The sums read left to right.
     totals_ = new QWidget(central);
@@ -177,6 +183,14 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("mnuAddConstantTransactions_Click"), [this] { m_.mnuAddConstantTransactions_Click(); });
         table_->setFocus();
     });
+    mnuReports_ = menuBar()->addMenu(QStringLiteral("דוחות"));
+    mnuReports_->setObjectName(QStringLiteral("mnuReports"));
+    mnuDailySummary_ = mnuReports_->addAction(QStringLiteral("סיכום יומי"));
+    mnuDailySummary_->setObjectName(QStringLiteral("mnuDailySummary"));
+    connect(mnuDailySummary_, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.clickControl(QStringLiteral("mnuDailySummary"));
+    });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
@@ -235,7 +249,10 @@ void frmMainView::showControls()
     mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);
     mnuAddConstantTransactions_->setVisible(s.mnuAddConstantTransactions);
     mnuActions_->menuAction()->setVisible(s.mnuActions);
-    menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuActions);
+    // The summary is one of the reports; beside it they wait.
+    mnuReports_->menuAction()->setVisible(s.mnuReports);
+    mnuReports_->setEnabled(m_.instance().progMode != modeDailySummarySplit);
+    menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuActions || s.mnuReports);
     if (s.childWindow && m_.shown().visible && !childPlaced_)
         placeChildWindow();
 }

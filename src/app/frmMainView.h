@@ -26,6 +26,7 @@ namespace pelkor {
 class frmMain;
 class CellEditorsView;
 class frmFindView;
+class DailySummaryView;
 
 class frmMainView : public QMainWindow {
     Q_OBJECT
@@ -75,6 +76,9 @@ private:
     QAction* mnuAddLineToFile_ = nullptr;
     QPushButton* cmdAdd_ = nullptr;
     QAction* mnuAddConstantTransactions_ = nullptr;
+    QMenu* mnuReports_ = nullptr;
+    QAction* mnuDailySummary_ = nullptr;
+    DailySummaryView* daily_ = nullptr;    // beside the grid in progMode 6
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;

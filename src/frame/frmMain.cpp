@@ -87,6 +87,20 @@ void frmMain::watchParent()
     parentWatch_.start(2000);
 }
 
+charts::DailySummaryParts frmMain::dailyParts()
+{
+    // The day grid moves the main grid as a user's move would: the cell is
+    // left (and committed), then the row entered.
+    return charts::DailySummaryParts{ledger_, instance_, grid_, shown_, *this,
+                                     env_.paths.programDir + QStringLiteral("/images/groupBorder.png"), [this](int row) {
+                                         grid::GridModel& g = grid_.msfgMain;
+                                         editor_.msfgMainLeaveCell();
+                                         g.setTopRow(clipRowNum(row - g.visibleRows() / 2, g.Rows()));
+                                         g.setRow(clipRowNum(row, g.Rows()));
+                                         msfgMain_EnterCell();
+                                     }};
+}
+
 LoadParts frmMain::loadParts()
 {
     return LoadParts{ledger_, instance_, grid_, shown_, ui_, *this};
@@ -184,11 +198,13 @@ void frmMain::initializeForm()
         if (ended_)
             return;
         shown_.visible = true;
+        if (instance_.command.verb == V::DayBalance)
+            daily_.createDailySummary(true);
         if (instance_.progMode == modeDetail || instance_.progMode == modeNewLines || instance_.isMerged)
             watchParent();
         announceReady();
         // A working run stays open on its lines: no report, no end.
-        if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank)
+        if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank && instance_.command.verb != V::DayBalance)
             timer3_.start();
         break;
     }
@@ -479,6 +495,7 @@ bool frmMain::clickControl(const QString& name)
         {"cmdIpus", false, &frmMain::cmdIpus_Click},
         {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
         {"mnuAddConstantTransactions", false, &frmMain::mnuAddConstantTransactions_Click},
+        {"mnuDailySummary", false, &frmMain::mnuDailySummary_Click},
     };
     for (const Clickable& c : clickables) {
         if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
@@ -574,6 +591,8 @@ void frmMain::msfgMain_EnterCell()
         return;
     }
     editor_.msfgMain_EnterCell();
+    if (instance_.progMode == modeDailySummarySplit)
+        daily_.matchBankRowToMainRow();
 }
 
 void frmMain::linesLoaded()
@@ -587,6 +606,8 @@ void frmMain::linesLoaded()
     edit_.mustGoBack = false;
     edit_.prevRow = grid_.msfgMain.Row();
     edit_.prevCol = grid_.msfgMain.Col();
+    if (instance_.progMode == modeDailySummarySplit && daily_.active())
+        daily_.refreshStep();
     emit loaded();
 }
 
@@ -650,13 +671,26 @@ bool frmMain::Form_QueryUnload()
         if (!editor_.maybeWriteNewLineToDB())
             return false;
     }
+    if (leftDailySummary())
+        return false;
     exitProg();
     return true;
 }
 
 void frmMain::cmdClose_Click()
 {
-    exitProg();
+    if (!leftDailySummary())
+        exitProg();
+}
+
+bool frmMain::leftDailySummary()
+{
+    // Beside the summary a close goes back to the full grid, unless the
+    // run was started for the summary alone.
+    if (instance_.progMode != modeDailySummarySplit || instance_.command.verb == StartCommand::Verb::DayBalance)
+        return false;
+    daily_.leaveDailySummary();
+    return true;
 }
 
 void frmMain::cmdRefresh_Click()

@@ -22,6 +22,7 @@
 #include "base/Shown.h"
 #include "base/Trace.h"
 #include "base/WindowCalls.h"
+#include "charts/DailySummary.h"
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
 #include "ledger/EditState.h"
@@ -84,6 +85,7 @@ public:
     LedgerEditor& editor() { return editor_; }
     Finder& finder() { return finder_; }
     FindState& findState() { return find_; }
+    charts::DailySummary& daily() { return daily_; }
 
     // ---- start and end ------------------------------------------------
     // Form_Load and initializeForm: reads the settings, branches on the
@@ -118,6 +120,8 @@ public:
     // Col are already there).
     void msfgMain_EnterCell();
     void mnuCreateLogFile_Click();
+    // The daily summary beside the main grid (progMode 6).
+    void mnuDailySummary_Click() { daily_.createDailySummary(false); }
     void mnuResetBankData_Click();
     void mnuAddLineToFile_Click();
     // The recurring-transaction dialog; a written series reloads the file.
@@ -204,6 +208,10 @@ private:
         return EditParts{ledger_, instance_, grid_, shown_, ui_, *this, edit_, env_.today,
                          [this] { reloadLanding(); }, [this] { cmdOK_Click(); }};
     }
+    charts::DailySummaryParts dailyParts();
+    // In the daily summary of a run not started for it: back to the full
+    // grid (true), where a close would otherwise end the run.
+    bool leftDailySummary();
     // Waits the given milliseconds with the event loop running.
     void pause(int ms);
     // A child whose parent has gone closes itself: its work is in the file
@@ -226,6 +234,7 @@ private:
     FindState find_;
     ConstantLasts constantLasts_;
     Finder finder_{editParts(), editor_, find_};
+    charts::DailySummary daily_{dailyParts()};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
     std::unique_ptr<KbLayout> kb_;
