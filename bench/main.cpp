@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|feed|web|charts]
+//                [--only store|bare|open|edit|delete|feed|web|charts]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -366,6 +366,70 @@ double memoryPer100k(const QString& side, const QString& path, long n)
 
 // Runs of each side for a file of n lines: some three seconds of reading
 // per side, at least 5 runs and at most 50.
+// Deleting a range of 1,000 lines from the middle of the file, the reload
+// included, on a fresh copy each round: the window's delete (its
+// statements, the zeroing mark, the reload through openDB) against a bare
+// DELETE of the same ids in a transaction and the bare sorted read.
+class DeleteSides {
+public:
+    explicit DeleteSides(const QString& path) : path_(path)
+    {
+        copy_ = dir_.filePath(QStringLiteral("delete.pkr"));
+    }
+
+    double mine()
+    {
+        fresh();
+        WorkingRun run(copy_);
+        frmMain& m = run.logic();
+        const int from = int(m.ledger().lines.size()) / 2;
+        QElapsedTimer t;
+        t.start();
+        m.editor().deleteRows(from, from + count - 1, false);
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        if (m.ledger().lines.size() != size_t(expected_ - count))
+            std::fprintf(stderr, "delete: %zu lines after, expected %ld\n", m.ledger().lines.size(), expected_ - count);
+        return ms;
+    }
+
+    double bare()
+    {
+        fresh();
+        // The same lines: the middle thousand in the file's order.
+        std::vector<BareRow> rows;
+        bareRead(copy_, expected_, &rows);
+        const size_t from = rows.size() / 2 - 1;
+        std::string ids;
+        for (size_t i = from; i < from + count; ++i)
+            ids += (ids.empty() ? "" : ",") + std::to_string(rows[i].id);
+        const std::string sql = "BEGIN; DELETE FROM pelkor WHERE id IN (" + ids + "); COMMIT;";
+        sqlite3* db = nullptr;
+        QElapsedTimer t;
+        t.start();
+        sqlite3_open_v2(copy_.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+        sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
+        sqlite3_close(db);
+        bareRead(copy_, expected_ - count);
+        return double(t.nsecsElapsed()) / 1e6;
+    }
+
+    void setExpected(long n) { expected_ = n; }
+    static constexpr int count = 1000;
+
+private:
+    void fresh()
+    {
+        QFile::remove(copy_);
+        QFile::remove(copy_ + QStringLiteral("-wal"));
+        QFile::remove(copy_ + QStringLiteral("-shm"));
+        QFile::copy(path_, copy_);
+    }
+    QString path_;
+    QTemporaryDir dir_;
+    QString copy_;
+    long expected_ = 0;
+};
+
 int runsFor(long n)
 {
     return int(std::clamp(3000000L / std::max(n, 1L), 5L, 50L));
@@ -474,6 +538,13 @@ int main(int argc, char** argv)
         const auto open = [&] { return openRun(path, n); };
         // An edit takes milliseconds: as many rounds as a small file's read.
         const int editCount = std::max(count, 20);
+        if (only == QLatin1String("delete")) {
+            DeleteSides deletes(path);
+            deletes.setExpected(n);
+            const auto [delMs, bareDelMs] = bestOf(count, [&] { return deletes.mine(); }, [&] { return deletes.bare(); });
+            printFigure(QStringLiteral("delete 1000 of %1 ms").arg(n), delMs, bareDelMs, "1.50");
+            continue;
+        }
         if (only == QLatin1String("edit")) {
             EditSides sides(path);
             if (!sides.ready())
@@ -509,6 +580,12 @@ int main(int argc, char** argv)
         if (sides.ready()) {
             const auto [editMs, updateMs] = bestOf(editCount, [&] { return sides.mine(); }, [&] { return sides.bare(); });
             printFigure(QStringLiteral("edit %1 lines ms").arg(n), editMs, updateMs, "2.00", 2);
+        }
+        if (n == 100000) {
+            DeleteSides deletes(path);
+            deletes.setExpected(n);
+            const auto [delMs, bareDelMs] = bestOf(5, [&] { return deletes.mine(); }, [&] { return deletes.bare(); });
+            printFigure(QStringLiteral("delete 1000 of %1 ms").arg(n), delMs, bareDelMs, "1.50");
         }
         FindSides finds(path);
         const auto [findMs, loopMs] = bestOf(std::max(3, count / 3), [&] { return finds.mine(); }, [&] { return finds.bare(); });

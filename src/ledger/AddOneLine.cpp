@@ -35,7 +35,9 @@ void writeLine(OpenLedger& led, const Instance& inst, Line& L, int typeNum, cons
         store::Transaction tx(led.cn);
         led.sql.executeSQL(proc, newLineInsert(led.linesTable, L, typeNum));
         const QString id = QString::number(led.cn.lastInsertId());
-        moveIpusMark(led, inst);
+        // A line after the zeroing date leaves the mark where it is.
+        if (!led.ipusDate.isValid() || !L.Date.isValid() || L.Date <= led.ipusDate || led.ipusID.isEmpty())
+            moveIpusMark(led, inst);
         tx.commit();
         L.Id = id;
         L.TypeNum = typeNum;

@@ -140,6 +140,7 @@ int LedgerEditor::deleteRows(int fromRow, int toRow, bool isSilent)
         const QString ipusID = led.ipusID;
         try {
             store::Transaction tx(led.cn);
+            bool markDeleted = led.ipusID.isEmpty();
             for (int r = fromRow; r <= toRow; ++r) {
                 if (isConfirmed(grid, r)) {
                     ++forbidden;
@@ -147,11 +148,15 @@ int LedgerEditor::deleteRows(int fromRow, int toRow, bool isSilent)
                 }
                 // The bank grid's painted lines belong to a reconciliation
                 // session; while one runs its lines are deleted here too.
-                led.sql.executeSQL(QStringLiteral("deleteRows"), QStringLiteral("DELETE * from %1 WHERE id = %2")
-                                                                     .arg(led.linesTable, led.lines[size_t(r - 1)].Id));
+                const QString& id = led.lines[size_t(r - 1)].Id;
+                markDeleted = markDeleted || id == led.ipusID;
+                led.sql.executeSQL(QStringLiteral("deleteRows"),
+                                   QStringLiteral("DELETE * from %1 WHERE id = %2").arg(led.linesTable, id));
             }
-            // The zeroing line may be among the deleted.
-            if (!isSilent)
+            // The mark is on the last line on or before the zeroing date:
+            // deleting other lines leaves that one the last, so the mark
+            // moves only when its own line went.
+            if (!isSilent && markDeleted)
                 moveIpusMark(led, inst);
             tx.commit();
         } catch (...) {
