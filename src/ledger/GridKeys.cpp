@@ -145,6 +145,19 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_Enter:
         msfgMain_KeyPress(QLatin1Char('\r'));
         return true;
+    case Qt::Key_Space:
+        // Shift+Space marks the cursor's rows whole, as a click on the row
+        // header does: Delete then deletes them.
+        if (!(mods & Qt::ShiftModifier))
+            return false;
+        msfgMainLeaveCell();
+        {
+            const int rowSel = g().RowSel();
+            g().setCol(g().FixedCols());
+            g().setRowSel(rowSel);
+            g().setColSel(g().Cols() - 1);
+        }
+        return true;
     case Qt::Key_F2:
         F2(false);
         return true;

@@ -135,3 +135,52 @@ TEST_F(KeyEditing, ABadLineIsMendedInTheChildByKeys)
         << query(file, QStringLiteral("SELECT [in] FROM pelkor WHERE id=2")).toStdString() << "\n"
         << run.prompts().join(QLatin1Char('\n')).toStdString();
 }
+
+// A new line, a delete and the zeroing line by keys alone, with the real
+// question windows answered by keys: Insert opens a line at the end, the
+// typing fills it, leaving it writes it; Shift+Space marks a row whole and
+// Delete asks (Enter is Yes); F6 sets the zeroing line on the cursor's line.
+TEST_F(KeyEditing, ALineIsAddedDeletedAndMadeTheZeroingLineByKeys)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    makeLedger(file, ledgerLines);
+    Program run(dir.path());
+    run.scripted = false;
+    ASSERT_TRUE(run.start({QStringLiteral("open"), file}, display));
+    window = xdotool({QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--name"), QStringLiteral("shop")})
+                 .split(QLatin1Char('\n'))
+                 .value(0);
+    ASSERT_FALSE(window.isEmpty());
+    spinUntil([] { return false; }, 1500);   // the load and the first paint
+    xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
+    xdotool({QStringLiteral("windowfocus"), QStringLiteral("--sync"), window});
+
+    // Insert: the cursor on the new line's kind. Its date, then its
+    // description and income; Up leaves the line and writes it.
+    keys({QStringLiteral("Insert"), QStringLiteral("Left")});
+    type(QStringLiteral("20/03/2025"));
+    keys({QStringLiteral("Return"), QStringLiteral("Left")});
+    type(QStringLiteral("Keys"));
+    keys({QStringLiteral("Return")});
+    type(QStringLiteral("77"));
+    keys({QStringLiteral("Return"), QStringLiteral("Up")});
+    const auto row = [&](const QString& where) {
+        return query(file, QStringLiteral("SELECT kind, date, detail, [in], out, TypeNum FROM pelkor WHERE ") + where);
+    };
+    ASSERT_TRUE(spinUntil([&] { return row(QStringLiteral("detail='Keys'")) == QLatin1String("+0|20/03/2025|Keys|77|0|1"); }, 10000))
+        << query(file, QStringLiteral("SELECT * FROM pelkor")).toStdString();
+
+    // The cursor is on line 3 (שירות): marked whole and deleted.
+    keys({QStringLiteral("shift+space"), QStringLiteral("Delete")});
+    spinUntil([] { return false; }, 800);   // the question's window
+    keys({QStringLiteral("Return")});
+    ASSERT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT count(*) FROM pelkor WHERE id=3")) == QLatin1String("0"); }, 10000))
+        << query(file, QStringLiteral("SELECT id, detail FROM pelkor")).toStdString();
+    EXPECT_EQ(query(file, QStringLiteral("SELECT count(*) FROM pelkor")), QStringLiteral("3"));
+
+    // F6 on the last line (the new one, after the reload): the zeroing line.
+    keys({QStringLiteral("ctrl+End"), QStringLiteral("F6")});
+    EXPECT_TRUE(spinUntil([&] { return query(file, QStringLiteral("SELECT detail FROM pelkor WHERE zee='ZZZZZZZZZZ'")) == QLatin1String("Keys"); }, 10000))
+        << query(file, QStringLiteral("SELECT id, detail, zee FROM pelkor")).toStdString();
+}

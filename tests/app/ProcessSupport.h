@@ -110,15 +110,24 @@ public:
             .writeString(QStringLiteral("misc"), QStringLiteral("debug"), QStringLiteral("1"));
     }
 
+    // false: the questions come up as real windows (on the display), for a
+    // test that answers them by keys.
+    bool scripted = true;
+
     // display: an X display to show the window on (the xcb platform);
     // empty: offscreen.
     bool start(const QStringList& args, const QString& display = {})
     {
         auto env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("PELKOR_HOME"), home());
-        env.insert(QStringLiteral("PELKOR_DIALOGS"), dir_ + QStringLiteral("/rules"));
-        if (!transcript.isEmpty())
-            env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
+        if (scripted) {
+            env.insert(QStringLiteral("PELKOR_DIALOGS"), dir_ + QStringLiteral("/rules"));
+            if (!transcript.isEmpty())
+                env.insert(QStringLiteral("PELKOR_TRANSCRIPT"), transcript);
+        } else {
+            env.remove(QStringLiteral("PELKOR_DIALOGS"));
+            env.remove(QStringLiteral("PELKOR_TRANSCRIPT"));
+        }
         if (display.isEmpty()) {
             env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         } else {
