@@ -42,7 +42,6 @@ bool walkDays(std::vector<Line>& lines, DaySums& out)
     for (Line& L : lines) {
         const double before = balance;
         balance = nextBalance(balance, L);
-        L.balance = balance;
         if (!hasDayDate(L))
             continue;
         const qint64 d = L.Date.toJulianDay() - firstJd;

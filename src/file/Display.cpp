@@ -19,8 +19,10 @@ namespace {
 
 bool isRelated(const Line& L) { return L.relate == 99 || L.relate == -1; }
 
-// The credit test: a balance below theCredit is over the credit line.
-bool isOverCredit(double balance, double credit) { return balance - credit < 0; }
+// The credit test: a balance below theCredit is over the credit line. In
+// whole cents, as the sums are: a balance that reaches the credit line
+// exactly is not over it, whatever the last binary digit says.
+bool isOverCredit(double balance, double credit) { return balance - credit < -0.005; }
 
 QString dateText(const QDate& d) { return d == nullDate() ? QString() : formatDate224(d); }
 
@@ -72,7 +74,7 @@ CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
     case colIn: return sumStyle(L, L.In, body);
     case colOut: return sumStyle(L, L.out, body);
     case colBalance: {
-        const bool over = isOverCredit(L.balance, led.theCredit);
+        const bool over = isOverCredit(led.balances[size_t(i)], led.theCredit);
         const std::uint8_t alt = size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
         return CellStyle{colors::balanceBack[alt & 1], over ? colors::overCredit : colors::text, over};
     }
@@ -82,9 +84,9 @@ CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
 
 // The balance cell's look on a background, with the credit test: a
 // balance over the credit line is red and bold.
-CellStyle balanceStyle(const OpenLedger& led, const Line& L, std::uint32_t back)
+CellStyle balanceStyle(const OpenLedger& led, double balance, std::uint32_t back)
 {
-    const bool over = isOverCredit(L.balance, led.theCredit);
+    const bool over = isOverCredit(balance, led.theCredit);
     return CellStyle{back, over ? colors::overCredit : colors::text, over};
 }
 
@@ -102,7 +104,7 @@ QString lineCellText(const OpenLedger& led, int i, int c)
     case colIn: return FormatSum(L.In);
     case colOut: return FormatSum(L.out);
     case colType: return L.Type;
-    case colBalance: return FormatSum(L.balance);
+    case colBalance: return FormatSum(led.balances[size_t(i)]);
     default: return {};
     }
 }
@@ -182,6 +184,7 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
     const QString balancingId = lineIdText(balancingLineID);
     const int lastPainted = g.Cols() - 2;   // the marked colour stops short of the last column
     led.alternatingIndexes.assign(size_t(n), 0);
+    led.balances.assign(size_t(n), 0);
     double balance = 0;
     std::uint8_t alternate = 0;
     int converted = 0;
@@ -189,7 +192,7 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
         Line& L = led.lines[size_t(i)];
         const int r = clipRowNum(i + 1, g.Rows());
         balance = nextBalance(balance, L);
-        L.balance = balance;
+        led.balances[size_t(i)] = balance;
         // The fixed cell and colMark stay empty, as clear() left them.
         if (i > 0 && L.Date != led.lines[size_t(i) - 1].Date)
             alternate ^= 1;
@@ -207,7 +210,7 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
         g.setStyle(r, colOut, cellStyle(led, i, colOut, back));
         g.setStyle(r, colType, cellStyle(led, i, colType, back));
         if (withBalance)
-            g.setStyle(r, colBalance, balanceStyle(led, L, colors::balanceBack[alternate]));
+            g.setStyle(r, colBalance, balanceStyle(led, balance, colors::balanceBack[alternate]));
         if (painted && painted->contains(L.Id)) {
             L.isPainted = true;
             for (int c = colKind; c <= lastPainted; ++c)
@@ -221,6 +224,48 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
     return converted;
 }
 
+namespace {
+
+// The balance texts of rows startRow..lastRow: those that show are
+// written, the others deferred again (made from balances[] when read).
+void showTexts(const OpenLedger& led, GridModel& g, int startRow, int lastRow)
+{
+    if (startRow > lastRow)
+        return;
+    const int firstShown = std::max(startRow, g.TopRow());
+    const int lastShown = std::min(lastRow, g.lastVisibleRow());
+    if (firstShown > lastShown) {
+        g.deferTexts(startRow, lastRow, colBalance, colBalance);
+        return;
+    }
+    g.deferTexts(startRow, firstShown - 1, colBalance, colBalance);
+    for (int r = firstShown; r <= lastShown; ++r)
+        g.setText(r, colBalance, FormatSum(led.balances[size_t(r) - 1]));
+    g.deferTexts(lastShown + 1, lastRow, colBalance, colBalance);
+}
+
+// The balances from grid row startRow to lastRow are new: the credit
+// test's look of every one of them, and the texts of those that show (the
+// others deferred again, made from balances[] when first read).
+void showBalances(OpenLedger& led, GridModel& g, int startRow, int lastRow, bool keepRedrawOff)
+{
+    if (startRow <= lastRow) {
+        const size_t n = size_t(lastRow - startRow + 1);
+        const auto over = std::make_unique_for_overwrite<std::uint8_t[]>(n);   // every entry is written below
+        const double* b = led.balances.data() + (startRow - 1);
+        const double credit = led.theCredit;
+        for (size_t k = 0; k < n; ++k)
+            over[k] = isOverCredit(b[k], credit);
+        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.get(), colors::overCredit, true, colors::text, false);
+        showTexts(led, g, startRow, lastRow);
+    }
+    g.refresh();
+    if (!keepRedrawOff)
+        g.setRedraw(true);
+}
+
+} // namespace
+
 void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, bool keepRedrawOff)
 {
     if (inst.hasNoBalance())
@@ -230,37 +275,50 @@ void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int start
     g.setRedraw(false);
     if (startRow < 1)
         startRow = 1;
-    double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
     const int lastRow = std::min(g.Rows() - 1, int(led.lines.size()));
-    if (startRow <= lastRow) {
-        // One tight pass over the lines: a row costs its two sums, its
-        // balance and the credit test's answer. Texts and styles follow.
-        const size_t n = size_t(lastRow - startRow + 1);
-        const auto over = std::make_unique_for_overwrite<std::uint8_t[]>(n);   // every entry is written below
-        Line* L = led.lines.data() + (startRow - 1);
-        const double credit = led.theCredit;
-        for (size_t k = 0; k < n; ++k, ++L) {
-            balance = nextBalance(balance, *L);
-            L->balance = balance;
-            over[k] = isOverCredit(balance, credit);
-        }
-        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.get(), colors::overCredit, true, colors::text, false);
-        // The rows that show get their texts now; the others are deferred
-        // again, their texts made from lines[].balance when first read.
-        const int firstShown = std::max(startRow, g.TopRow());
-        const int lastShown = std::min(lastRow, g.lastVisibleRow());
-        if (firstShown > lastShown) {
-            g.deferTexts(startRow, lastRow, colBalance, colBalance);
-        } else {
-            g.deferTexts(startRow, firstShown - 1, colBalance, colBalance);
-            for (int r = firstShown; r <= lastShown; ++r)
-                g.setText(r, colBalance, FormatSum(led.lines[size_t(r) - 1].balance));
-            g.deferTexts(lastShown + 1, lastRow, colBalance, colBalance);
-        }
+    led.balances.resize(led.lines.size());
+    double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
+    for (int r = startRow; r <= lastRow; ++r) {
+        balance = nextBalance(balance, led.lines[size_t(r) - 1]);
+        led.balances[size_t(r) - 1] = balance;
     }
+    showBalances(led, g, startRow, lastRow, keepRedrawOff);
+}
+
+void shiftBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, double delta)
+{
+    if (inst.hasNoBalance())
+        return;
+    g.setRedraw(false);
+    startRow = std::max(startRow, 1);
+    const int lastRow = std::min({g.Rows() - 1, int(led.lines.size()), int(led.balances.size())});
+    // One pass over the balances alone, which lie side by side.
+    double* b = led.balances.data();
+    const double credit = led.theCredit;
+    // The rows whose side of the credit line changed; their looks alone
+    // are written (the others have the look their balance calls for).
+    std::vector<int> flipped;
+    for (int r = startRow; r <= lastRow; ++r) {
+        const double before = b[r - 1];
+        const double after = before + delta;
+        b[r - 1] = after;
+        if (isOverCredit(before, credit) != isOverCredit(after, credit))
+            flipped.push_back(r);
+    }
+    for (size_t k = 0; k < flipped.size();) {
+        // A run of consecutive rows: one call.
+        size_t e = k + 1;
+        while (e < flipped.size() && flipped[e] == flipped[e - 1] + 1)
+            ++e;
+        std::vector<std::uint8_t> flags(e - k);
+        for (size_t j = k; j < e; ++j)
+            flags[j - k] = isOverCredit(b[flipped[j] - 1], credit);
+        g.setForeAndBoldBy(colBalance, flipped[k], flipped[e - 1], flags.data(), colors::overCredit, true, colors::text, false);
+        k = e;
+    }
+    showTexts(led, g, startRow, lastRow);
     g.refresh();
-    if (!keepRedrawOff)
-        g.setRedraw(true);
+    g.setRedraw(true);
 }
 
 Totals calcTotals(const OpenLedger& led)
@@ -333,7 +391,7 @@ void restoreCellStyle(const OpenLedger& led, const Instance& inst, GridModel& g,
         return;
     if (col == colBalance) {
         const std::uint8_t alt = size_t(i) < led.alternatingIndexes.size() ? led.alternatingIndexes[size_t(i)] : 0;
-        g.setStyle(row, col, balanceStyle(led, led.lines[size_t(i)], colors::balanceBack[alt & 1]));
+        g.setStyle(row, col, balanceStyle(led, led.balances[size_t(i)], colors::balanceBack[alt & 1]));
         return;
     }
     g.setStyle(row, col, cellStyle(led, i, col, rowColor(led, inst, i, lineIdText(balancingLineID))));

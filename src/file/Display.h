@@ -85,7 +85,7 @@ std::uint32_t getRowBackColor(const OpenLedger& led, const Instance& inst, int i
 inline double nextBalance(double before, const Line& L) { return before + L.In - L.out; }
 
 // Draws a load into g: shape (a header row, a fixed column, a row per
-// line), header, and every cell. Fills lines[i].balance, lines[i].isPainted
+// line), header, and every cell. Fills balances[i], lines[i].isPainted
 // and alternatingIndexes. balancingLineID is the id of progMode 4's
 // balancing line, -1 for none; painted the marked ids, null for none.
 // Redraw is off while it runs and comes back as the caller had it.
@@ -94,15 +94,18 @@ int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long lon
 
 // Recomputes the balance from grid row startRow to the last: from 0 at
 // row 1, else from the balance cell above startRow read back as a number.
-// Writes lines[].balance of every row from startRow on; the balance cells
-// of the rows that show (TopRow to lastVisibleRow) get their texts, the
-// others are deferred again to the text source drawLoad gave the grid,
-// which makes them from lines[].balance when they are read (so g must be
-// a grid drawLoad drew from these lines). Every cell from startRow on keeps
-// the credit test's look (a style is written only where it differs).
-// Nothing in progMode 3 and 4. Redraw is turned on at the end unless
-// keepRedrawOff; the model tells its listeners of one change.
+// Writes balances[] of every row from startRow on; the balance cells of the
+// rows that show (TopRow to lastVisibleRow) get their texts, the others are
+// deferred again to the text source drawLoad gave the grid, which makes
+// them from balances[] when they are read (so g must be a grid drawLoad
+// drew from these lines). Every cell from startRow on keeps the credit
+// test's look (a style is written only where it differs). Nothing in
+// progMode 3 and 4. Redraw is turned on at the end unless keepRedrawOff;
+// the model tells its listeners of one change.
 void CalcBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
+// The same after one line's net (In less out) moved by delta: every
+// balance from startRow on moves by delta, with no line read.
+void shiftBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, double delta);
 
 // ---- totals under the grid ------------------------------------------------
 struct Totals {

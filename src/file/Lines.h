@@ -40,7 +40,6 @@ struct Line {
     double out = 0;
     QString Type;          // the type's name; empty when TypeNum is Null
     int TypeNum = -1;      // -1 for Null
-    double balance = 0;    // running balance
     QString Memo;          // colour word
     bool isTzefi = false;
     int relate = 0;

@@ -236,6 +236,7 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
     const bool mainMode = inst.isMainMode();
     const long n = rs.recordCount();
     led.lines.clear();
+    led.balances.clear();
     led.lines.reserve(size_t(n));
     led.mergedBankIndexes.assign(size_t(n), 0);
     if (inst.progMode == modeNewLines)
@@ -396,6 +397,7 @@ void placeCursor(LoadParts& p, int landOn, bool reasonIsRefresh)
 LoadResult noLines(LoadParts& p)
 {
     p.ledger.lines.clear();
+    p.ledger.balances.clear();
     p.ledger.openDBisBusy = false;
     p.window.handleZeroLines();
     return LoadResult::NoLines;

@@ -170,6 +170,7 @@ int LedgerEditor::deleteRows(int fromRow, int toRow, bool isSilent)
         if (allRows && forbidden == 0) {
             if (inst.progMode == modeNewLines) {
                 led.lines.clear();
+                led.balances.clear();
                 grid.setRows(1);
                 if (p_.finishChild)
                     p_.finishChild();

@@ -11,9 +11,12 @@
 #include "ledger/Guards.h"
 #include "ledger/Zeroing.h"
 #include "seams/grid/GridModel.h"
+#include "seams/store/Connection.h"
 #include "seams/store/TextForms.h"
 #include "seams/ui/Ui.h"
 #include "seams/ui/dialogs/TypedDate.h"
+
+#include <optional>
 
 namespace pelkor {
 
@@ -251,13 +254,21 @@ void LedgerEditor::commitIn(int iLine, bool onNewLine)
         return keep(FormatSum(L.In));
     text = FormatSum(v);
     setCell(colIn, text);
+    const double oldNet = L.In - L.out;
+    // The line's statements are one change.
+    std::optional<store::Transaction> tx;
+    if (!onNewLine)
+        tx.emplace(led.cn);
     bool executed = exec(QStringLiteral("UPDATE %1 set [in] = '%2' WHERE id = %3").arg(led.linesTable, text, L.Id), onNewLine);
     p_.edit.hasSetAnySumInCurNewLine = true;
     L.In = v;
     const int row = g().Row();
     restoreCellStyle(led, p_.instance, g(), row, colIn, p_.grid.balancingLineID);
-    if (L.In == 0 || (L.out == 0 && !onNewLine))
-        return sumTail(executed);
+    if (L.In == 0 || (L.out == 0 && !onNewLine)) {
+        if (tx)
+            tx->commit();
+        return sumTail(executed, oldNet);
+    }
     // The line turns into income.
     L.out = 0;
     setCellAt(row, colOut, FormatSum(0));
@@ -272,7 +283,9 @@ void LedgerEditor::commitIn(int iLine, bool onNewLine)
     }
     executed = exec(QStringLiteral("UPDATE %1 set out = 0, kind='%2' WHERE id = %3").arg(led.linesTable, fixString(L.kind), L.Id),
                     onNewLine) || executed;
-    sumTail(executed);
+    if (tx)
+        tx->commit();
+    sumTail(executed, oldNet);
 }
 
 void LedgerEditor::commitOut(int iLine, bool onNewLine)
@@ -293,6 +306,10 @@ void LedgerEditor::commitOut(int iLine, bool onNewLine)
         return keep(FormatSum(L.out));
     text = FormatSum(v);
     setCell(colOut, text);
+    const double oldNet = L.In - L.out;
+    std::optional<store::Transaction> tx;
+    if (!onNewLine)
+        tx.emplace(led.cn);
     bool executed = exec(QStringLiteral("UPDATE %1 set out = '%2' WHERE id = %3").arg(led.linesTable, text, L.Id), onNewLine);
     p_.edit.hasSetAnySumInCurNewLine = true;
     const double oldOut = L.out;
@@ -326,16 +343,23 @@ void LedgerEditor::commitOut(int iLine, bool onNewLine)
         executed = exec(QStringLiteral("UPDATE %1 set kind='%2' WHERE id = %3").arg(led.linesTable, fixString(L.kind), L.Id),
                         onNewLine) || executed;
     }
-    sumTail(executed);
+    if (tx)
+        tx->commit();
+    sumTail(executed, oldNet);
 }
 
 // After a sum changed: the balances from this row on, the totals of a
 // detail child, and the marked lines' summary.
-void LedgerEditor::sumTail(bool executed)
+void LedgerEditor::sumTail(bool executed, double oldNet)
 {
-    if (executed && p_.instance.progMode == modeDailySummarySplit)
-        return;   // the daily summary beside the grid reloads with the lines
-    CalcBalances(p_.ledger, p_.instance, g(), g().Row());
+    if (executed && p_.instance.progMode == modeDailySummarySplit) {
+        // The daily summary beside the grid reloads with the lines.
+        p_.window.refresh();
+        return;
+    }
+    // Every balance from this row on moves by what the line's net moved.
+    const Line& L = p_.ledger.lines[size_t(currentLine())];
+    shiftBalances(p_.ledger, p_.instance, g(), g().Row(), (L.In - L.out) - oldNet);
     if (p_.instance.progMode == modeDetail) {
         const Totals t = calcTotals(p_.ledger);
         p_.grid.lblTotalIncome = t.lblTotalIncome;

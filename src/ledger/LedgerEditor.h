@@ -169,7 +169,8 @@ private:
     void commitIn(int iLine, bool onNewLine);
     void commitOut(int iLine, bool onNewLine);
     void commitType(int iLine, bool onNewLine);
-    void sumTail(bool executed);
+    // oldNet: the line's In less out before the commit.
+    void sumTail(bool executed, double oldNet);
     // Runs a statement unless the row is the unsaved new line.
     bool exec(const QString& sql, bool onNewLine);
     void refuse(const QString& message, const QString& recordText);

@@ -83,8 +83,9 @@ void LedgerEditor::cmdAdd_Click()
     L.confirm = QStringLiteral(" ");
     L.detail = QStringLiteral(" ");
     L.Memo = colorWords().last();
-    L.balance = led.lines.empty() ? 0 : led.lines.back().balance;
     const std::uint8_t alternate = led.alternatingIndexes.empty() ? 0 : led.alternatingIndexes.back() ^ 1;
+    led.balances.resize(led.lines.size());
+    led.balances.push_back(led.balances.empty() ? 0 : led.balances.back());
     led.lines.push_back(L);
     led.alternatingIndexes.push_back(alternate);
     e.isThereNewLine = true;
@@ -128,6 +129,7 @@ void LedgerEditor::removeNewLine()
         NoRedraw noRedraw(grid);
         grid.removeRow(grid.Rows() - 1);
         led.lines.pop_back();
+        led.balances.resize(led.lines.size());
         if (!led.alternatingIndexes.empty())
             led.alternatingIndexes.pop_back();
         e.isThereNewLine = false;

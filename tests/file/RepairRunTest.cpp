@@ -31,7 +31,7 @@ TEST_F(LoadTest, RepairsKindsReferencesMemosAndMovesTheMarker)
     EXPECT_EQ(m->ledger().lines[1].confirm, QStringLiteral(" "));
     EXPECT_EQ(m->ledger().lines[3].Memo, QStringLiteral("ללא צבע"));   // Null memo
     EXPECT_TRUE(m->ledger().lines[3].isTzefi);
-    EXPECT_EQ(m->ledger().lines[3].balance, 400.0);
+    EXPECT_EQ(m->ledger().balances[3], 400.0);
     EXPECT_EQ(m->mainGrid().row, 3);   // the cursor went to the line with the prefix
     EXPECT_FALSE(query(QStringLiteral("SELECT name FROM sqlite_master WHERE name='tempPelkor'")).size());
 }

@@ -22,8 +22,9 @@ TEST_F(LoadTest, DemoLedgerOpensCleanlyWithEverythingToShow)
     int daysOver = 0, forecasts = 0;
     std::set<QString> colours;
     QDate lastOver;
-    for (const Line& L : m->ledger().lines) {
-        if (L.balance < m->ledger().theCredit && L.Date != lastOver) {
+    for (size_t i = 0; i < m->ledger().lines.size(); ++i) {
+        const Line& L = m->ledger().lines[i];
+        if (m->ledger().balances[i] < m->ledger().theCredit && L.Date != lastOver) {
             ++daysOver;
             lastOver = L.Date;
         }

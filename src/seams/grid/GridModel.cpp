@@ -449,10 +449,15 @@ void GridModel::deferTexts(int r0, int r1, int c0, int c1)
         return;
     for (int c = c0; c <= c1; ++c) {
         Column& col = cols_[size_t(c)];
+        std::uint16_t* lengths = col.lengths.data();
+        // Most rows of a long column are deferred already: those are only
+        // read, and the few that hold texts are written.
         for (int r = r0; r <= r1; ++r) {
-            col.garbage += liveBytes(col.lengths[size_t(r)]);
+            if (lengths[r] == deferredMark)
+                continue;
+            col.garbage += lengths[r];
             col.offsets[size_t(r)] = 0;
-            col.lengths[size_t(r)] = deferredMark;
+            lengths[r] = deferredMark;
         }
     }
     cellsChanged(r0, r1, c0, c1);
