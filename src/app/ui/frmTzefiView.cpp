@@ -41,6 +41,14 @@ frmTzefiView::frmTzefiView(frmTzefi& logic, QWidget* parent) : QDialog(parent), 
     binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
     binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
     binder_.sync();
+    // The import's box shows while the line is to be a forecast.
+    const auto showBox = [&logic, chkHashavshevet] {
+        for (const Dialog::Control& c : logic.controls())
+            if (c.name == QLatin1String("chkHashavshevet"))
+                chkHashavshevet->setVisible(c.visible);
+    };
+    showBox();
+    connect(chkTzefiLine, &QCheckBox::toggled, this, showBox);
 }
 
 } // namespace pelkor::ui
