@@ -2,12 +2,10 @@
 // the offscreen platform, a row clicked by the page's own script, reaching
 // the dialog only once the page is complete, the orange choice and the
 // hover; and the forecast dialog's boxes. Screenshots:
-// <build>/screenshots/frmSubtractFromTzefi.png, frmTzefi.png, and the
-// main window on the demo's forecast lines, mainForecast.png.
+// <build>/screenshots/frmSubtractFromTzefi.png, frmTzefi.png.
 #include "app/ui/frmSubtractFromTzefiView.h"
 #include "app/ui/frmTzefiView.h"
 #include "app/web/QtWebView.h"
-#include "ViewFixture.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
@@ -122,23 +120,4 @@ TEST(TzefiWindows, TheImportBoxShowsOnlyForAForecast)
     view.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     EXPECT_FALSE(logic.wasTzefiChecked());
     EXPECT_TRUE(logic.wasHashavshevetChecked());
-}
-
-class ForecastMainWindow : public pelkor::testing::DemoWindowTest {};
-
-TEST_F(ForecastMainWindow, TheForecastButtonsAreNamedAndForecastSumsShowBlue)
-{
-    const auto names = pelkor::testing::accessibleNames(view.get());
-    EXPECT_EQ(names.value(QStringLiteral("cmdTzefi")), QStringLiteral("צפי"));
-    EXPECT_EQ(names.value(QStringLiteral("cmdSubtractFromTzefi")), QStringLiteral("הורד מצפי"));
-    const auto& lines = m->ledger().lines;
-    const auto it = std::find_if(lines.begin(), lines.end(), [](const Line& L) { return L.isTzefi && (L.In != 0 || L.out != 0); });
-    ASSERT_NE(it, lines.end()) << "the demo ledger has no forecast line";
-    const int row = int(it - lines.begin()) + 1;
-    auto& g = m->mainGrid().msfgMain;
-    g.setTopRow(std::max(1, row - 5));
-    QCoreApplication::processEvents();
-    const grid::CellStyle s = g.style(row, it->In != 0 ? colIn : colOut);
-    EXPECT_TRUE(s.bold && s.fore == colors::forecastSum);
-    view->grab().save(shot(QStringLiteral("mainForecast.png")));
 }
