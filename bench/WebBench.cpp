@@ -1,5 +1,5 @@
-// The page figure: a pick-list page of 10,000 rows built as the program
-// builds its pages (one buffer, every user text through htmlEscape),
+// The page figure: the forecast pick page of 10,000 rows built by the
+// program's own builder (one buffer, every user text through htmlEscape),
 // written in windows-1255 to the temporary folder, shown in the web seam's
 // view and ready for a click (complete, the notifier's handler attached),
 // against a bare QWebEngineView showing the same page from a file written
@@ -9,6 +9,7 @@
 // process of its own (this program started with --web) on the offscreen
 // platform, and says so and skips when the engine does not come up.
 #include "app/web/QtWebView.h"
+#include "ledger/TzefiPage.h"
 #include "seams/web/Html.h"
 
 #include <QApplication>
@@ -27,33 +28,18 @@ namespace {
 
 constexpr int pageRows = 10000;
 
-// The page: a hidden theRowIndx and notifier, a table of one row per line
-// with the pick list's four cells and separators, and its row scripts.
+// The page: the forecast pick list (tempTzefi.htm) of 10,000 candidates,
+// as frmSubtractFromTzefi writes it.
 QString buildPage()
 {
-    static const char* const details[] = {"שכר דירה - משרד ראשי", "ספק \"חומרי דפוס\" & בניו", "העברה <מלקוח>",
-                                          "ארנונה", "חשמל 'מרץ'"};
-    QString html;
-    html.reserve(pageRows * 330);
-    html += QStringLiteral("<html dir=rtl><head>") + QLatin1String(web::charsetMeta)
-        + QStringLiteral("<script>var curRow;</script></head><body style='overflow-y:auto;overflow-x:hidden'>"
-                         "<input type=hidden id=theRowIndx><input type=button style='display: none' id=notifier>"
-                         "<div id=d1></div><table id=t1 style='font-family:Arial;font-size:8pt' cellspacing=0>");
-    for (int i = 0; i < pageRows; ++i) {
-        html += QStringLiteral("<tr onclick='theRowIndx.value=this.rowIndex;document.all.notifier.click()' "
-                               "onmouseover=\"this.style.background='#ffe0a0'\" onmouseout=\"this.style.background='white'\">"
-                               "<td width=30>");
-        web::appendEscaped(html, QStringLiteral("%1-").arg(i % 40 + 1));
-        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=70>");
-        web::appendEscaped(html, QStringLiteral("%1/%2/2025").arg(i % 28 + 1, 2, 10, QLatin1Char('0')).arg(i % 12 + 1, 2, 10, QLatin1Char('0')));
-        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=185>");
-        web::appendEscaped(html, QString::fromUtf8(details[i % 5]));
-        html += QStringLiteral("</td><td width=2 bgcolor=darkgray></td><td width=85><bdi>");
-        web::appendEscaped(html, QStringLiteral("%1.00").arg(1000 + i * 7));
-        html += QStringLiteral("</bdi></td></tr>");
-    }
-    html += QStringLiteral("</table></body></html>");
-    return html;
+    static const char* const details[] = {"שכר דירה - משרד ראשי", "ספק \"חומרי דפוס\" & בניו בע\"מ, חשבונית שנתית",
+                                          "העברה <מלקוח>", "ארנונה", "חשמל 'מרץ'"};
+    std::vector<TzefiCandidate> c;
+    c.reserve(pageRows);
+    for (int i = 0; i < pageRows; ++i)
+        c.push_back(TzefiCandidate{QString::number(i + 1), QStringLiteral("+%1").arg(i % 40 + 1),
+                                   QDate(2025, i % 12 + 1, i % 28 + 1), QString::fromUtf8(details[i % 5]), 1000 + i * 7.25, i});
+    return tzefiPage(c, QStringLiteral("Arial"));
 }
 
 bool waitUntil(const std::function<bool()>& done)

@@ -117,12 +117,18 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     cmdDelAll_ = ledgerButton(QStringLiteral("cmdDelAll"), &frmMain::cmdDelAll_Click);
     cmdIpus_ = ledgerButton(QStringLiteral("cmdIpus"), &frmMain::cmdIpus_Click);
     cmdGoToIpusLine_ = ledgerButton(QStringLiteral("cmdGoToIpusLine"), &frmMain::cmdGoToIpusLine_Click);
+    cmdTzefi_ = ledgerButton(QStringLiteral("cmdTzefi"), &frmMain::cmdTzefi_Click);
+    cmdSubtractFromTzefi_ = ledgerButton(QStringLiteral("cmdSubtractFromTzefi"), &frmMain::cmdSubtractFromTzefi_Click);
+    // The pick page names the grid's font.
+    m_.tzefi().gridFontName = table_->font().family();
     auto* buttons = new QHBoxLayout();
     buttons->addWidget(cmdIpus_);
     buttons->addWidget(cmdGoToIpusLine_);
     buttons->addWidget(cmdAdd_);
     buttons->addWidget(cmdDel_);
     buttons->addWidget(cmdDelAll_);
+    buttons->addWidget(cmdTzefi_);
+    buttons->addWidget(cmdSubtractFromTzefi_);
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
     buttons->addWidget(cmdCancel_);
@@ -244,6 +250,11 @@ void frmMainView::showControls()
     cmdDelAll_->setVisible(s.cmdDelAll);
     cmdIpus_->setVisible(s.cmdIpus);
     cmdGoToIpusLine_->setVisible(s.cmdGoToIpusLine);
+    cmdTzefi_->setVisible(s.cmdTzefi);
+    cmdSubtractFromTzefi_->setVisible(s.cmdSubtractFromTzefi);
+    // Beside the daily summary they wait, as the reports do.
+    cmdTzefi_->setEnabled(m_.instance().progMode != modeDailySummarySplit);
+    cmdSubtractFromTzefi_->setEnabled(m_.instance().progMode != modeDailySummarySplit);
     mnuSetIpusLine_->setVisible(s.mnuSetIpusLine);
     mnuAddNewLine_->setVisible(s.mnuAddNewLine);
     mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);

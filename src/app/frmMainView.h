@@ -83,6 +83,8 @@ private:
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;
     QPushButton* cmdGoToIpusLine_ = nullptr;
+    QPushButton* cmdTzefi_ = nullptr;
+    QPushButton* cmdSubtractFromTzefi_ = nullptr;
     QPushButton* cmdOK_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
     int shownMode_ = -1;       // the mode the controls were last set for

@@ -41,6 +41,7 @@ ShownControls shownControls(const Instance& m)
     }
     s.mnuFile = s.mnuHelp = s.mnuResetBankData = true;
     s.cmdGoToIpusLine = s.cmdIpus = s.cmdDel = s.cmdAdd = true;
+    s.cmdTzefi = s.cmdSubtractFromTzefi = true;
     s.mnuReports = s.mnuOpenAnotherPelkor = s.cmdReport = true;
     s.mnuActions = s.mnuDefs = !m.isFromKelvanto;
     s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
@@ -66,6 +67,8 @@ QString controlCaption(const QString& name)
         {"mnuAddNewLine", "הוסף שורה"},
         {"mnuAddLineToFile", "הוסף שורה לקובץ אחר..."},
         {"mnuAddConstantTransactions", "הכנסת פעולות קבועות"},
+        {"cmdTzefi", "צפי"},
+        {"cmdSubtractFromTzefi", "הורד מצפי"},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

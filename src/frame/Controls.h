@@ -59,7 +59,8 @@ ShownControls shownControls(const Instance& instance);
 
 // The captions of the ledger's controls, by control name (cmdAdd, cmdDel,
 // cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine, mnuAddNewLine,
-// mnuAddLineToFile, mnuAddConstantTransactions).
+// mnuAddLineToFile, mnuAddConstantTransactions, cmdTzefi,
+// cmdSubtractFromTzefi).
 QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.

@@ -29,6 +29,7 @@
 #include "ledger/ConstantTransactionsDialog.h"
 #include "ledger/LedgerEditor.h"
 #include "ledger/Find.h"
+#include "ledger/Tzefi.h"
 #include "seams/platform/KeyboardLayouts.h"
 #include "seams/platform/Paths.h"
 
@@ -86,6 +87,7 @@ public:
     Finder& finder() { return finder_; }
     FindState& findState() { return find_; }
     charts::DailySummary& daily() { return daily_; }
+    Tzefi& tzefi() { return tzefi_; }
 
     // ---- start and end ------------------------------------------------
     // Form_Load and initializeForm: reads the settings, branches on the
@@ -133,6 +135,10 @@ public:
     void cmdDelAll_Click() { editor_.cmdDelAll_Click(); }
     void cmdIpus_Click() { editor_.cmdIpus_Click(); }
     void cmdGoToIpusLine_Click() { editor_.cmdGoToIpusLine_Click(); }
+    // Forecast lines (frmMainForecast.cpp): the forecast dialog and the
+    // subtraction from a forecast, on the current line.
+    void cmdTzefi_Click();
+    void cmdSubtractFromTzefi_Click();
     // The Delete key's release on the grid (key code 46, no shift).
     void msfgMain_KeyUp() { editor_.delNow(false); }
 
@@ -234,6 +240,10 @@ private:
     FindState find_;
     ConstantLasts constantLasts_;
     Finder finder_{editParts(), editor_, find_};
+    Tzefi tzefi_{editParts(), editor_, [this] {
+                     closeCn();
+                     reopenCon();
+                 }};
     charts::DailySummary daily_{dailyParts()};
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;

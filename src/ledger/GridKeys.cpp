@@ -10,6 +10,7 @@
 #include "file/Display.h"
 #include "file/MainGrid.h"
 #include "file/OpenLedger.h"
+#include "ledger/Tzefi.h"
 #include "seams/grid/GridModel.h"
 
 namespace pelkor {
@@ -185,9 +186,11 @@ bool LedgerEditor::msfgMain_KeyDown(int key, Qt::KeyboardModifiers mods)
     case Qt::Key_Insert:
         cmdAdd_Click();
         return true;
+    case Qt::Key_F4:
+        toggleRelate(p_, isOnNewLine());
+        return true;
     case Qt::Key_F1:
     case Qt::Key_F3:
-    case Qt::Key_F4:
     case Qt::Key_F7:
     case Qt::Key_F9:
         // Their features (help, reconciliation) are not in

@@ -17,7 +17,8 @@ TEST(Controls, FollowTheInstance)
     EXPECT_TRUE(s.mnuFile && s.mnuReports && s.mnuOpenAnotherPelkor && s.mnuActions && s.mnuDefs);
     EXPECT_TRUE(s.cmdBankCoordination && s.mnuPerformBankCoordination && s.cmdIpus);
     EXPECT_EQ(s.mnuCloseCaption, QStringLiteral("יציאה"));
-    EXPECT_FALSE(s.cmdOK || s.cmdCancel || s.childWindow || s.cmdSubtractFromTzefi);
+    EXPECT_FALSE(s.cmdOK || s.cmdCancel || s.childWindow);
+    EXPECT_TRUE(s.cmdTzefi && s.cmdSubtractFromTzefi);
 
     // Under an outer host the actions and settings are the host's.
     f.isFromKelvanto = true;

@@ -7,6 +7,8 @@
 #include "app/ui/frmAddLineView.h"
 #include "app/ui/frmCalcView.h"
 #include "app/ui/frmConstantTransactionsView.h"
+#include "app/ui/frmSubtractFromTzefiView.h"
+#include "app/ui/frmTzefiView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -248,6 +250,10 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmAddLineView, frmAddLine>(d, parent_);
     else if (name == QLatin1String("frmConstantTransactions"))
         shown = show<frmConstantTransactionsView, frmConstantTransactions>(d, parent_);
+    else if (name == QLatin1String("frmTzefi"))
+        shown = show<frmTzefiView, frmTzefi>(d, parent_);
+    else if (name == QLatin1String("frmSubtractFromTzefi"))
+        shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_);
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())
