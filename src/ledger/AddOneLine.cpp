@@ -35,6 +35,13 @@ void writeLine(OpenLedger& led, const Instance& inst, Line& L, int typeNum, cons
         store::Transaction tx(led.cn);
         led.sql.executeSQL(proc, newLineInsert(led.linesTable, L, typeNum));
         const QString id = QString::number(led.cn.lastInsertId());
+        // A line made a forecast (or related) before it was written keeps
+        // it: the insert's columns do not carry it.
+        if (L.isTzefi || L.relate != 0)
+            led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set IndTzefi = %2, [relate] = %3 WHERE id = %4")
+                                         .arg(led.linesTable, L.isTzefi ? QStringLiteral("true") : QStringLiteral("false"))
+                                         .arg(L.relate)
+                                         .arg(id));
         // A line after the zeroing date leaves the mark where it is.
         if (!led.ipusDate.isValid() || !L.Date.isValid() || L.Date <= led.ipusDate || led.ipusID.isEmpty())
             moveIpusMark(led, inst);

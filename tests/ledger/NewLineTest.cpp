@@ -247,3 +247,15 @@ TEST_F(AddLineDialog, RefusalsKeepTheDialogAndNothingIsWritten)
     EXPECT_EQ(queryRows(second, QStringLiteral("SELECT count(*) FROM pelkor")), QStringLiteral("1"));
     EXPECT_TRUE(bus.sent.isEmpty());
 }
+
+TEST_F(NewLines, AForecastMadeBeforeTheWriteIsWrittenWithIt)
+{
+    open();
+    newLine(QStringLiteral("20/04/2025"));
+    type(last(), colIn, QStringLiteral("900"));
+    // As the forecast dialog leaves the unsaved line: its record alone.
+    m->ledger().lines.back().isTzefi = true;
+    m->ledger().lines.back().relate = 99;
+    go(1, colKind);
+    EXPECT_EQ(query(QStringLiteral("SELECT IndTzefi, [relate] FROM pelkor WHERE detail='חדש'")), QStringLiteral("1|99"));
+}
