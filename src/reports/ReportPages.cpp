@@ -15,9 +15,9 @@ const QString nbsp4 = QStringLiteral("&nbsp;&nbsp;&nbsp;&nbsp;");
 
 const char listHead[] =
     "<style>\n"
-    "body{font-family:Arial;font-size:10pt;margin:2px}\n"
+    "body{font-family:Arial,sans-serif;font-size:10pt;margin:2px}\n"
     "table{border-collapse:collapse}\n"
-    "td{white-space:nowrap;padding:1px 2px}\n"
+    "td{white-space:nowrap;padding:1px 2px;font-family:Arial,sans-serif;font-size:10pt}\n"
     "input{margin:0 2px}\n"
     "</style>\n"
     "<script>\n"
@@ -60,11 +60,12 @@ void listEnd(QString& out) { out += QStringLiteral("</table>\n</body></html>\n")
 
 const char reportStyle[] =
     "<style>\n"
-    "body{font-family:Arial;font-size:10pt;margin:4px}\n"
+    "body{font-family:Arial,sans-serif;font-size:10pt;margin:4px}\n"
     "table{border-collapse:collapse}\n"
-    "td{white-space:nowrap;height:18px;padding:0 4px}\n"
+    "td{white-space:nowrap;height:18px;padding:0 4px;font-family:Arial,sans-serif;font-size:10pt}\n"
     ".titletd{font-size:13pt;font-weight:bold;padding:4px 2px}\n"
     ".hdrtd{background:#2050a0;color:white;font-weight:bold;text-align:center;width:78px;border-left:1px solid white}\n"
+    ".hdr0{border-left:2px solid white;border-right:2px solid white}\n"
     ".cornertd{width:1px}\n"
     ".pst td{direction:ltr;text-align:left;width:78px;border-left:1px solid #c8c8c8;border-bottom:1px solid #e4e4e4}\n"
     ".pst0 td{border-left:2px solid #606060;border-right:2px solid #606060;font-weight:bold}\n"
@@ -179,8 +180,9 @@ void writeCopy(QString& out, const Report& rep, const Periods& periods, const Re
         out += QStringLiteral(" onscroll=handle_hdrs_scroll()");
     out += QStringLiteral("><table id=hdrs><tr><td><table id=tblallhdrs><tr>");
     for (int c = first; c <= last; ++c)
-        out += QStringLiteral("<td><table><tr><td class=hdrtd>")
-            + (c == 0 ? QStringLiteral("סך הכל") : periods.heading(c - 1)) + QStringLiteral("</td></tr></table></td>");
+        out += (c == 0 ? QStringLiteral("<td><table><tr><td class=\"hdrtd hdr0\">סך הכל")
+                       : QStringLiteral("<td><table><tr><td class=hdrtd>") + periods.heading(c - 1))
+            + QStringLiteral("</td></tr></table></td>");
     out += QStringLiteral("</tr></table></td></tr></table></div></td></tr>\n<tr valign=top>\n");
     // The names.
     out += QStringLiteral("<td><div id=") + rep.namesDiv;
