@@ -44,7 +44,7 @@ protected:
         start({QStringLiteral("open"), file}, rules);
         ASSERT_FALSE(m->ended());
         reports::ReportParts parts = m->reportParts();
-        parts.children = &children;
+        parts.children = childrenOverride ? childrenOverride : &children;
         parts.openAddLine = [this](std::function<void(const QString&)> tell) {
             ++addLinesOpened;
             tell(QStringLiteral("closed"));
@@ -67,6 +67,7 @@ protected:
     web::ScriptedWebView kindReport, kindList, typeReport, typeList;
     RecordingReportWindow window;
     std::unique_ptr<reports::frmMonthReportMain> r;
+    Children* childrenOverride = nullptr;   // real children instead of played ones
     int addLinesOpened = 0;
     int closedCalls = 0;
 };
