@@ -54,14 +54,22 @@ double readOpeningBalance(store::Connection& cn, const QDate& fromDate, const Me
     return total;
 }
 
-int readKindSums(store::Connection& cn, const Periods& periods, int nCategories, const MergedRates& m, SumSet& s)
+int readPeriodSums(store::Connection& cn, const Periods& periods, int nCategories, const MergedRates& m, SumSet& kinds,
+                   TypeTotals* types)
 {
-    s.reset(nCategories, periods.nPeriods);
+    kinds.reset(nCategories, periods.nPeriods);
     for (int k = 0; k < nCategories; ++k)
-        s.isExpenseRow[size_t(k)] = k >= nCategories / 2;
+        kinds.isExpenseRow[size_t(k)] = k >= nCategories / 2;
+    if (types) {
+        types->sums.reset(int(types->types.size()), periods.nPeriods);
+        for (size_t i = 0; i < types->types.size(); ++i)
+            types->sums.isExpenseRow[i] = !types->types[i].isIncome;
+    }
+    // One pass over the range serves both reports: the store groups the
+    // lines by day, kind and type, and each group lands in its period.
     const QString zee = m.isMerged ? QStringLiteral(",zee") : QString();
-    auto rs = cn.execute(QStringLiteral("SELECT [date],kind,sum([in]),sum([out])") + zee + QStringLiteral(" FROM pelkor WHERE ")
-                         + rangeWhere(periods) + QStringLiteral(" GROUP BY [date],kind") + zee);
+    auto rs = cn.execute(QStringLiteral("SELECT [date],kind,TypeNum,sum([in]),sum([out])") + zee + QStringLiteral(" FROM pelkor WHERE ")
+                         + rangeWhere(periods) + QStringLiteral(" GROUP BY [date],kind,TypeNum") + zee);
     int skipped = 0;
     QString lastKind;
     int k = -1;
@@ -69,21 +77,23 @@ int readKindSums(store::Connection& cn, const Periods& periods, int nCategories,
         const int p = periods.indexOf(rs.at(r, 0).toDate());
         if (p < 0 || p >= periods.nPeriods)
             continue;
+        double amount = RemoveSumNull(rs.at(r, 3)) - RemoveSumNull(rs.at(r, 4));
+        if (m.isMerged)
+            amount = reallyConvNum(amount, m.rateOf(zeeIndex(rs.at(r, 5))));
         const QString kind = rs.at(r, 1).toString();
         if (kind != lastKind || r == 0) {
             lastKind = kind;
             k = kindIndexOf(kind, nCategories);
         }
-        if (k < 0) {
+        if (k < 0)
             ++skipped;
+        else
+            kinds.sum(k, p) += k >= nCategories / 2 ? -amount : amount;
+        if (!types || rs.at(r, 2).isNull())
             continue;
-        }
-        double amount = RemoveSumNull(rs.at(r, 2)) - RemoveSumNull(rs.at(r, 3));
-        if (k >= nCategories / 2)
-            amount = -amount;
-        if (m.isMerged)
-            amount = reallyConvNum(amount, m.rateOf(zeeIndex(rs.at(r, 4))));
-        s.sum(k, p) += amount;
+        const int i = types->getIndexOfTypeNum(int(rs.at(r, 2).toInt()));
+        if (i >= 0)
+            types->sums.sum(i, p) += types->types[size_t(i)].isIncome ? amount : -amount;
     }
     return skipped;
 }
@@ -122,38 +132,6 @@ void readTypeCatalogue(store::Connection& cn, TypeTotals& t)
     for (const ReportType& ty : types)
         if (t.getIndexOfTypeNum(ty.TypeNum) < 0)
             t.types.push_back(ty);
-}
-
-void readTypeSums(store::Connection& cn, const Periods& periods, const MergedRates& m, TypeTotals& t)
-{
-    SumSet& s = t.sums;
-    s.reset(int(t.types.size()), periods.nPeriods);
-    for (size_t i = 0; i < t.types.size(); ++i)
-        s.isExpenseRow[i] = !t.types[i].isIncome;
-    const QString zee = m.isMerged ? QStringLiteral(",zee") : QString();
-    auto rs = cn.execute(QStringLiteral("SELECT [date],pelkor.TypeNum,sum([in]),sum([out])") + zee
-                         + QStringLiteral(" FROM pelkor,Types,TypesCategories WHERE pelkor.TypeNum=Types.TypeNum AND "
-                                          "Types.CategoryNum=TypesCategories.CategoryNum AND ")
-                         + rangeWhere(periods) + QStringLiteral(" GROUP BY [date],pelkor.TypeNum") + zee);
-    int lastNum = -1, i = -1;
-    for (long r = 0; r < rs.recordCount(); ++r) {
-        const int p = periods.indexOf(rs.at(r, 0).toDate());
-        if (p < 0 || p >= periods.nPeriods)
-            continue;
-        const int typeNum = int(rs.at(r, 1).toInt());
-        if (typeNum != lastNum || r == 0) {
-            lastNum = typeNum;
-            i = t.getIndexOfTypeNum(typeNum);
-        }
-        if (i < 0)
-            continue;
-        double amount = RemoveSumNull(rs.at(r, 2)) - RemoveSumNull(rs.at(r, 3));
-        if (!t.types[size_t(i)].isIncome)
-            amount = -amount;
-        if (m.isMerged)
-            amount = reallyConvNum(amount, m.rateOf(zeeIndex(rs.at(r, 4))));
-        s.sum(i, p) += amount;
-    }
 }
 
 } // namespace pelkor::reports

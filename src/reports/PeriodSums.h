@@ -39,20 +39,18 @@ DateSpan readDateSpan(store::Connection& cn);
 // The sum of in less out of every line before fromDate (0 when none).
 double readOpeningBalance(store::Connection& cn, const QDate& fromDate, const MergedRates& m);
 
-// createKindReport's reading: the kinds' sums of the range into s (reset to
-// nCategories rows and the periods, the opening balance kept). An income
-// kind adds in - out, an expense kind out - in, so a refund reduces its
-// kind. Returns how many day-and-kind groups had a kind that is no kind of
-// the file (skipped).
-int readKindSums(store::Connection& cn, const Periods& periods, int nCategories, const MergedRates& m, SumSet& s);
+// The sums of the range by kind into kinds (reset to nCategories rows and
+// the periods, the opening balance kept) and, when types is given, by type
+// into types->sums: one statement grouped by day, kind and type. An income
+// row adds in - out, an expense row out - in, so a refund reduces its row.
+// A line whose type has no row in Types (or whose type's category is
+// missing) is in no type. Returns how many groups had a kind that is no
+// kind of the file (left out of the kinds).
+int readPeriodSums(store::Connection& cn, const Periods& periods, int nCategories, const MergedRates& m, SumSet& kinds,
+                   TypeTotals* types);
 
 // The lists' categories and types, expense categories first, then by name;
 // types in their categories' order, then by name.
 void readTypeCatalogue(store::Connection& cn, TypeTotals& t);
-
-// createTypeReport's reading: each type's sums of the range (a line whose
-// type has no row in Types, or whose type's category is missing, is in no
-// type). An expense type adds out - in.
-void readTypeSums(store::Connection& cn, const Periods& periods, const MergedRates& m, TypeTotals& t);
 
 } // namespace pelkor::reports

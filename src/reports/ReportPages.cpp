@@ -449,7 +449,7 @@ QString typeReportPage(const ReportHead& head, const Periods& periods, const Typ
         const QString cls = t.categories[c].isIncome ? QStringLiteral("totalincometypecategorytd") : QStringLiteral("totalexpensetypecategorytd");
         const int ci = int(c);
         rep.rows[size_t(rows.categRowIndex[c])] =
-            Row{QStringLiteral("סך הכל ") + t.categories[c].CategoryName, cls, !t.categChecked[c], [&t, ci, cls](int col) {
+            Row{QStringLiteral("סך הכל ") + t.categories[c].CategoryName, cls, c < t.categChecked.size() && !t.categChecked[c], [&t, ci, cls](int col) {
                     return updated(col == 0 ? t.categTotals[size_t(ci)] : t.categSum(ci, col - 1), cls);
                 }};
     }

@@ -170,6 +170,15 @@ void frmMonthReportMain::createReports(bool isFirstTime, bool isFromCmdShow)
     const double opening = readOpeningBalance(parts_.ledger.cn, range_.fromDate, rates_);
     kinds_.periodBalance.assign(1, opening);
     types_.sums.periodBalance.assign(1, opening);
+    if (isFirstTime) {
+        kinds_.checked.assign(size_t(names_.nCategories()), 1);
+        kinds_.showIncomesTotal = kinds_.showExpensesTotal = true;
+        types_.sums.showIncomesTotal = types_.sums.showExpensesTotal = true;
+    }
+    const int skipped = readPeriodSums(parts_.ledger.cn, periods_, names_.nCategories(), rates_, kinds_,
+                                       isTypeReportIncluded_ ? &types_ : nullptr);
+    if (skipped)
+        trace.line(QStringLiteral("%1 groups of lines with no kind of the file left out").arg(skipped));
     createKindReport(isFirstTime);
     if (isTypeReportIncluded_)
         createTypeReport(isFirstTime);
@@ -178,27 +187,16 @@ void frmMonthReportMain::createReports(bool isFirstTime, bool isFromCmdShow)
     startTimer(timerNew_, timerNewMs, &frmMonthReportMain::timerNew_Timer);
 }
 
-void frmMonthReportMain::createKindReport(bool isFirstTime)
+void frmMonthReportMain::createKindReport(bool)
 {
-    if (isFirstTime) {
-        kinds_.checked.assign(size_t(names_.nCategories()), 1);
-        kinds_.showIncomesTotal = kinds_.showExpensesTotal = true;
-    }
-    const int skipped = readKindSums(parts_.ledger.cn, periods_, names_.nCategories(), rates_, kinds_);
-    if (skipped)
-        parts_.ledger.trace.traceLine(QStringLiteral("createKindReport"),
-                                      QStringLiteral("%1 groups of lines with no kind of the file left out").arg(skipped));
     kinds_.sumTotalsAndTick();
     calcKindTotals(kinds_);
     kinds_.showIncomesTotal = kinds_.totalIncomes != 0;
     kinds_.showExpensesTotal = kinds_.totalExpenses != 0;
 }
 
-void frmMonthReportMain::createTypeReport(bool isFirstTime)
+void frmMonthReportMain::createTypeReport(bool)
 {
-    if (isFirstTime)
-        types_.sums.showIncomesTotal = types_.sums.showExpensesTotal = true;
-    readTypeSums(parts_.ledger.cn, periods_, rates_, types_);
     types_.sums.sumTotalsAndTick();
     wrongCategoryTold_ = false;
     calcTypeTotals(types_, [this] {

@@ -166,6 +166,8 @@ public:
 private:
     void startTimer(QTimer& t, int ms, void (frmMonthReportMain::*step)());
     void writeLists();
+    // The ticks, totals and section boxes of each report from its sums
+    // (a rebuild ticks every row with a non-zero total).
     void createKindReport(bool isFirstTime);
     void createTypeReport(bool isFirstTime);
     void writeReports();

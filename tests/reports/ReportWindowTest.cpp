@@ -227,18 +227,28 @@ TEST(PeriodSums, BadKindsAreLeftOutAndAMergedDivisorOfFourQuartersEverything)
                       "(3,'-1','2025-01-06','3','c',40,0,2,'0','x'),"
                       "(4,'+99','2025-01-07','4','d',7,0,1,'0','x'),"
                       "(5,'x1','2025-01-07','5','e',7,0,1,'0','x'),"
-                      "(6,'+1','2025-02-01','6','f',100,0,1,'1','x');"));
+                      "(6,'+1','2025-02-01','6','f',100,0,1,'1','x'),"
+                      "(7,'+2','2025-01-09','7','g',5,0,77,'0','x');"));
     store::Connection cn;
     cn.open(f);
     const Periods p = Periods::make(PeriodType::Month, QDate(2025, 1, 1), QDate(2025, 2, 28));
     SumSet s;
     s.periodBalance.assign(1, 0);
-    EXPECT_EQ(readKindSums(cn, p, 18, MergedRates{}, s), 2);
+    TypeTotals t;
+    readTypeCatalogue(cn, t);
+    t.sums.periodBalance.assign(1, 0);
+    EXPECT_EQ(readPeriodSums(cn, p, 18, MergedRates{}, s, &t), 2);
     EXPECT_EQ(s.sum(10, 0), 360);   // "-1": 400 spent, 40 back
+    EXPECT_EQ(s.sum(2, 0), 5);
+    // By type: the general payment type as the kind; a type with no row in
+    // Types counts nowhere, and a bad kind's line still counts by its type.
+    EXPECT_EQ(t.sums.sum(t.getIndexOfTypeNum(2), 0), 360);
+    EXPECT_EQ(t.sums.sum(t.getIndexOfTypeNum(1), 0), 14);
+    EXPECT_EQ(t.getIndexOfTypeNum(77), -1);
     EXPECT_EQ(readOpeningBalance(cn, p.fromDate, MergedRates{}), 800);
 
     const MergedRates quarter{true, {-4, 2}};
-    readKindSums(cn, p, 18, quarter, s);
+    readPeriodSums(cn, p, 18, quarter, s, nullptr);
     EXPECT_EQ(s.sum(10, 0), 90);
     EXPECT_EQ(s.sum(1, 1), 200);    // the second file doubles
     EXPECT_EQ(readOpeningBalance(cn, p.fromDate, quarter), 200);
