@@ -23,6 +23,7 @@ reports::ReportParts frmMain::reportParts()
     reports::ReportParts p{ledger_, instance_, ui_};
     p.children = env_.children;
     p.settingsFile = env_.paths.iniFile();
+    p.today = env_.today;
     p.openAddLine = [this](std::function<void(const QString&)> tellOpener) {
         frmAddLine dlg(ledger_, instance_, ledger_.filePath, ui_, env_.today, std::move(tellOpener));
         if (dlg.Form_Load())

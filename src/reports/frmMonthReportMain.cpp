@@ -101,7 +101,7 @@ void frmMonthReportMain::Form_Load()
         range_ = DateRange{parts_.instance.detail.fromDate, parts_.instance.detail.toDate};
         isTypeReportIncluded_ = parts_.ledger.cn.execute(QStringLiteral("SELECT * FROM TypesCategories")).recordCount() > 0;
     } else {
-        range_ = initialRange(type_, parts_.ledger.ipusDate.isValid() ? parts_.ledger.ipusDate : QDate::currentDate());
+        range_ = initialRange(type_, parts_.ledger.ipusDate.isValid() ? parts_.ledger.ipusDate : parts_.today);
         isTypeReportIncluded_ = true;
     }
     isTypeReportIncluded_ = isTypeReportIncluded_ && views_.wbReport[0] && views_.wbList[0];

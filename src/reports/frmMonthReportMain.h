@@ -63,6 +63,7 @@ struct ReportParts {
     ui::Ui& ui;
     Children* children = nullptr;          // none start when null
     QString settingsFile;                  // pelkor.ini: the print setting
+    QDate today;                           // the first range of a file with no zeroing line
     // frmAddLine, modal, on this window's file; tellOpener carries its
     // answer to this window's txtMessage.
     std::function<void(std::function<void(const QString&)> tellOpener)> openAddLine;

@@ -195,6 +195,22 @@ TEST_F(ReportTest, TheRangeBoxesRefuseWhatIsNoRangeAndWarnOfMoves)
     EXPECT_EQ(r->proposedSaveName(), QStringLiteral("shop - סיכום חודשי לפי סיווגים מ- 01.12.2024 עד 30.04.2025"));
 }
 
+TEST_F(ReportTest, SavingWritesTheShownReportUnderTheProposedName)
+{
+    const QString saved = dir.filePath(QStringLiteral("saved.htm"));
+    openReport(PeriodType::Month, reportLines(), QStringLiteral("בחר שם לשמירה => ") + saved + QLatin1Char('\n'));
+    r->optKindsOrTypes_Click(0);
+    r->cmdSave_Click();
+    EXPECT_EQ(bytes(saved), bytes(r->pagePath(QStringLiteral("typeReport.htm"))));
+    EXPECT_EQ(prompts().value(0).section(QLatin1Char('|'), 0, 1), QStringLiteral("save|בחר שם לשמירה"));
+    EXPECT_EQ(r->proposedSaveName(), QStringLiteral("shop - סיכום חודשי לפי סוגים מ- 01.01.2025 עד 30.04.2025"));
+    // The print setting is the program's own, kept in pelkor.ini.
+    EXPECT_TRUE(r->shown().chkPrintBGColors);
+    r->chkPrintBGColors_Click(false);
+    EXPECT_EQ(platform::ProfileFile(m->reportParts().settingsFile).readString(QStringLiteral("print"), QStringLiteral("backgroundColors")),
+              QStringLiteral("no"));
+}
+
 TEST_F(ReportTest, AFileEmptiedByAnotherInstanceGivesAnEmptyReportAndClosingCleansUp)
 {
     openReport(PeriodType::Month);

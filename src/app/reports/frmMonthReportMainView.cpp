@@ -57,10 +57,10 @@ frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, repor
     top->addWidget(opt_[1]);
     top->addWidget(opt_[0]);
     top->addSpacing(12);
-    top->addWidget(new QLabel(QStringLiteral("מתאריך:"), this));
+    top->addWidget(named(new QLabel(QStringLiteral("מתאריך:"), this), QStringLiteral("lblFrom")));
     txtFrom_ = named(new QLineEdit(this), QStringLiteral("txtFrom"));
     top->addWidget(txtFrom_);
-    top->addWidget(new QLabel(QStringLiteral(" עד תאריך:"), this));
+    top->addWidget(named(new QLabel(QStringLiteral(" עד תאריך:"), this), QStringLiteral("lblTo")));
     txtTo_ = named(new QLineEdit(this), QStringLiteral("txtTo"));
     top->addWidget(txtTo_);
     for (QLineEdit* t : {txtFrom_, txtTo_}) {
