@@ -17,6 +17,13 @@ namespace pelkor::reports {
 
 namespace {
 
+// The amount of a rewritten cell, in a span carrying the cell's class.
+void setCell(web::WebView& v, int row, int index, double value, const QString& cls)
+{
+    v.setInnerHtml(QStringLiteral("c") + QString::number(row),
+                   QStringLiteral("<span class=") + cls + QLatin1Char('>') + formatAmount(value, true) + QStringLiteral("</span>"), index);
+}
+
 QString boxMarkup(const QString& boxId, bool on, const QString& event)
 {
     return QStringLiteral("<input type=checkbox id=%1%2 onclick=\"event_handler('%3')\">")
@@ -65,21 +72,36 @@ void frmMonthReportMain::setRowDisplay(int which, int row, bool show)
         v->setDisplay(id, display, i);
 }
 
-void frmMonthReportMain::setTotalCell(web::WebView& v, int row, int index, double value, const QString& cls)
-{
-    v.setInnerHtml(QStringLiteral("c") + QString::number(row),
-                   QStringLiteral("<span class=") + cls + QLatin1Char('>') + formatAmount(value, true) + QStringLiteral("</span>"), index);
-}
 
 namespace {
 
-// Walks the 2 * (nPeriods + 1) amount tables of a page: fn(index, column),
-// column 0 the total column, column c the period c - 1.
-template <typename F>
-void eachColumn(int nPeriods, F fn)
+// The rows of a report that follow the ticks, and their classes.
+struct ChainRows {
+    int expenses, incomes, net, balance;
+    QString expensesClass, incomesClass;
+};
+
+// Rewrites the section totals, the surplus and the balances of every
+// column of a page: member i of each shared cell id is in amount table i,
+// which shows column i modulo nPeriods + 1 (0 the total column, c the
+// period c - 1). extra(i, c) writes a report's own rows.
+void rewriteChain(web::WebView& v, const SumSet& s, const ChainRows& rows, double credit,
+                  const std::function<void(int i, int c)>& extra = {})
 {
-    for (int i = 0; i < 2 * (nPeriods + 1); ++i)
-        fn(i, i % (nPeriods + 1));
+    const auto put = [&v](int row, int i, double value, const QString& cls) { setCell(v, row, i, value, cls); };
+    for (int i = 0; i < 2 * (s.nPeriods + 1); ++i) {
+        const int c = i % (s.nPeriods + 1);
+        const double net = c == 0 ? s.totalNet : s.periodNet[size_t(c - 1)];
+        put(rows.expenses, i, c == 0 ? s.totalExpenses : s.periodExpenses[size_t(c - 1)], rows.expensesClass);
+        put(rows.incomes, i, c == 0 ? s.totalIncomes : s.periodIncomes[size_t(c - 1)], rows.incomesClass);
+        put(rows.net, i, net, nonnegdeficittd(net));
+        if (extra)
+            extra(i, c);
+        if (c > 0) {
+            put(0, i, s.periodBalance[size_t(c - 1)], nonnegbalancetd(s.periodBalance[size_t(c - 1)], credit));
+            put(rows.balance, i, s.periodBalance[size_t(c)], nonnegbalancetd(s.periodBalance[size_t(c)], credit));
+        }
+    }
 }
 
 } // namespace
@@ -90,20 +112,10 @@ void frmMonthReportMain::updateKindDisplayedTotals()
     if (!v || !v->isComplete())
         return;
     const int n = names_.nCategories();
-    const SumSet& s = kinds_;
-    const double credit = parts_.ledger.theCredit;
-    eachColumn(periods_.nPeriods, [&](int i, int c) {
-        const double exp = c == 0 ? s.totalExpenses : s.periodExpenses[size_t(c - 1)];
-        const double inc = c == 0 ? s.totalIncomes : s.periodIncomes[size_t(c - 1)];
-        const double net = c == 0 ? s.totalNet : s.periodNet[size_t(c - 1)];
-        setTotalCell(*v, kindExpensesRow(n), i, exp, QStringLiteral("totalkindexpensestd"));
-        setTotalCell(*v, kindIncomesRow(n), i, inc, QStringLiteral("totalkindincomestd"));
-        setTotalCell(*v, kindNetRow(n), i, net, nonnegdeficittd(net));
-        if (c > 0) {
-            setTotalCell(*v, 0, i, s.periodBalance[size_t(c - 1)], nonnegbalancetd(s.periodBalance[size_t(c - 1)], credit));
-            setTotalCell(*v, kindBalanceRow(n), i, s.periodBalance[size_t(c)], nonnegbalancetd(s.periodBalance[size_t(c)], credit));
-        }
-    });
+    rewriteChain(*v, kinds_,
+                 {kindExpensesRow(n), kindIncomesRow(n), kindNetRow(n), kindBalanceRow(n), QStringLiteral("totalkindexpensestd"),
+                  QStringLiteral("totalkindincomestd")},
+                 parts_.ledger.theCredit);
 }
 
 void frmMonthReportMain::updateTypeDisplayedTotals()
@@ -111,25 +123,17 @@ void frmMonthReportMain::updateTypeDisplayedTotals()
     web::WebView* v = views_.wbReport[0];
     if (!isTypeReportIncluded_ || !v || !v->isComplete())
         return;
-    const SumSet& s = types_.sums;
     const TypeRows& r = typeRows_;
-    const double credit = parts_.ledger.theCredit;
-    eachColumn(periods_.nPeriods, [&](int i, int c) {
-        const double exp = c == 0 ? s.totalExpenses : s.periodExpenses[size_t(c - 1)];
-        const double inc = c == 0 ? s.totalIncomes : s.periodIncomes[size_t(c - 1)];
-        const double net = c == 0 ? s.totalNet : s.periodNet[size_t(c - 1)];
-        setTotalCell(*v, r.expensesTotalRow, i, exp, QStringLiteral("totaltypeexpensestd"));
-        setTotalCell(*v, r.incomesTotalRow, i, inc, QStringLiteral("totaltypeincomestd"));
-        setTotalCell(*v, r.netRow, i, net, nonnegdeficittd(net));
-        for (size_t k = 0; k < types_.categories.size(); ++k)
-            setTotalCell(*v, r.categRowIndex[k], i, c == 0 ? types_.categTotals[k] : types_.categSum(int(k), c - 1),
-                         types_.categories[k].isIncome ? QStringLiteral("totalincometypecategorytd")
-                                                       : QStringLiteral("totalexpensetypecategorytd"));
-        if (c > 0) {
-            setTotalCell(*v, 0, i, s.periodBalance[size_t(c - 1)], nonnegbalancetd(s.periodBalance[size_t(c - 1)], credit));
-            setTotalCell(*v, r.balanceRow, i, s.periodBalance[size_t(c)], nonnegbalancetd(s.periodBalance[size_t(c)], credit));
-        }
-    });
+    rewriteChain(*v, types_.sums,
+                 {r.expensesTotalRow, r.incomesTotalRow, r.netRow, r.balanceRow, QStringLiteral("totaltypeexpensestd"),
+                  QStringLiteral("totaltypeincomestd")},
+                 parts_.ledger.theCredit, [&](int i, int c) {
+                     // Each category's total holds its ticked types.
+                     for (size_t k = 0; k < types_.categories.size(); ++k)
+                         setCell(*v, r.categRowIndex[k], i, c == 0 ? types_.categTotals[k] : types_.categSum(int(k), c - 1),
+                                 types_.categories[k].isIncome ? QStringLiteral("totalincometypecategorytd")
+                                                               : QStringLiteral("totalexpensetypecategorytd"));
+                 });
 }
 
 // ---- the verbs ---------------------------------------------------------

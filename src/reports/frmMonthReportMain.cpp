@@ -394,23 +394,17 @@ void frmMonthReportMain::cmdShow_Click()
     createReports(false, true);
 }
 
-void frmMonthReportMain::txtFrom_LostFocus()
+void frmMonthReportMain::dateBoxLostFocus(QString& box, const QString& refusal)
 {
-    if (const auto d = ui::readTypedDate(shown_.txtFrom))
-        shown_.txtFrom = formatTheDate(*d);
-    else if (!shown_.txtFrom.trimmed().isEmpty())
-        parts_.ui.msgBox(QStringLiteral("תאריך ההתחלה אינו חוקי"), shown_.caption);
+    if (const auto d = ui::readTypedDate(box))
+        box = formatTheDate(*d);
+    else if (!box.trimmed().isEmpty())
+        parts_.ui.msgBox(refusal, shown_.caption);
     changed();
 }
 
-void frmMonthReportMain::txtTo_LostFocus()
-{
-    if (const auto d = ui::readTypedDate(shown_.txtTo))
-        shown_.txtTo = formatTheDate(*d);
-    else if (!shown_.txtTo.trimmed().isEmpty())
-        parts_.ui.msgBox(QStringLiteral("תאריך הסיום אינו חוקי"), shown_.caption);
-    changed();
-}
+void frmMonthReportMain::txtFrom_LostFocus() { dateBoxLostFocus(shown_.txtFrom, QStringLiteral("תאריך ההתחלה אינו חוקי")); }
+void frmMonthReportMain::txtTo_LostFocus() { dateBoxLostFocus(shown_.txtTo, QStringLiteral("תאריך הסיום אינו חוקי")); }
 
 void frmMonthReportMain::txtFrom_Enter() { window_.setFocus(QStringLiteral("txtTo")); }
 

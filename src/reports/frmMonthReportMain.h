@@ -177,7 +177,6 @@ private:
     void syncListBoxes();
     void setBox(int which, const QString& cellId, const QString& boxId, bool on, const QString& event, int index = 0);
     void setRowDisplay(int which, int row, bool show);
-    void setTotalCell(web::WebView& v, int row, int index, double value, const QString& cls);
     void updateKindDisplayedTotals();
     void updateTypeDisplayedTotals();
     void kindSideClicked(bool expenses);
@@ -186,6 +185,8 @@ private:
     void setCategoryFromTypes(int c);
     void detailFor(const QStringList& fields);
     void setEnabled(bool on);
+    // A range box left: a date is rewritten in its general form, other text refused.
+    void dateBoxLostFocus(QString& box, const QString& refusal);
     void changed();
     web::WebView* activeReport() const { return views_.wbReport[shown_.optKindsOrTypes]; }
     ReportHead head(int nameWidth) const;
