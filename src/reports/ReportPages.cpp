@@ -62,7 +62,8 @@ const char reportStyle[] =
     "<style>\n"
     "body{font-family:Arial,sans-serif;font-size:10pt;margin:4px}\n"
     "table{border-collapse:collapse}\n"
-    "td{white-space:nowrap;height:18px;padding:0 4px;font-family:Arial,sans-serif;font-size:10pt}\n"
+    "td{white-space:nowrap;height:18px;line-height:18px;padding:0 4px;font-family:Arial,sans-serif;font-size:10pt}\n"
+    ".nm{height:18px;overflow:hidden}\n"
     ".titletd{font-size:13pt;font-weight:bold;padding:4px 2px}\n"
     ".hdrtd{background:#2050a0;color:white;font-weight:bold;text-align:center;width:78px;border-left:1px solid white}\n"
     ".hdr0{border-left:2px solid white;border-right:2px solid white}\n"
@@ -194,9 +195,11 @@ void writeCopy(QString& out, const Report& rep, const Periods& periods, const Re
     for (size_t i = 0; i < rep.rows.size(); ++i) {
         const Row& r = rep.rows[i];
         rowOpen(out, r, int(i));
-        out += QStringLiteral("<td class=") + r.nameClass + QLatin1Char('>');
+        // A name's letters may come from a taller font than the amounts':
+        // its box keeps the row's height, so names and amounts stay in line.
+        out += QStringLiteral("<td class=") + r.nameClass + QStringLiteral("><div class=nm>");
         appendEscaped(out, r.name);
-        out += QStringLiteral("</td></tr>\n");
+        out += QStringLiteral("</div></td></tr>\n");
     }
     out += QStringLiteral("</table></td></tr></table></td></tr></table></div></td>\n");
     // The amounts: one table per column.
