@@ -74,6 +74,16 @@ TEST_F(ReportWindowView, ATickInTheLiveListHidesTheRowAndRewritesTheTotals)
     pause(300);
     view->grab().save(shot(QStringLiteral("monthReportUnticked.png")));
 
+    // A click on an amount of the live page: January's 1,000 of "+1", whose
+    // lines a detail child shows.
+    report->execScript(QStringLiteral(
+        "Array.from(document.querySelectorAll('a.sumlink')).find(function(a){return a.textContent=='1,000';}).click()"));
+    ASSERT_TRUE(waitFor([&] { return !children.started.isEmpty(); }, 10000));
+    EXPECT_EQ(children.started[0].section(QLatin1Char(' '), 2), QStringLiteral("3 01/01/2025 31/01/2025 +1 ") + file);
+    EXPECT_FALSE(view->isEnabled());
+    r.txtMessage_Change(QStringLiteral("nochange"));
+    EXPECT_TRUE(view->isEnabled());
+
     // The types' pair in its place.
     r.optKindsOrTypes_Click(0);
     pause(300);
