@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|feed|web|charts]
+//                [--only store|bare|open|edit|delete|feed|web|charts|reports]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -32,6 +32,9 @@
 //   page    a pick-list page of 10,000 rows written and shown by the web
 //           seam, ready for a click, against a bare WebEngine view showing
 //           the same page from a file (bench/WebBench.cpp). Target 2.0.
+//   report, render  the monthly report by kind and type of the whole file
+//           written, against SQLite's monthly aggregate; its page shown by
+//           the web seam (bench/ReportsBench.cpp). Target 3.
 //
 // Each figure is the best of several runs of each side, the two sides taking
 // turns and each going first in half of the rounds, so that a busy machine
@@ -473,6 +476,11 @@ int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
 void webFigure(const QString& program, int runs);
 #endif
 int chartsFigure(std::vector<Line>& lines, int runs); // ChartsBench.cpp
+int reportsFigure(const QString& path, long n, int runs, QString* kindPage, const QString& outDir); // ReportsBench.cpp
+#ifdef PELKOR_BENCH_WEB
+int reportRenderProcess(int argc, char** argv);
+void reportRenderFigure(const QString& program, const QString& page, long n, int runs);
+#endif
 
 int main(int argc, char** argv)
 {
@@ -480,6 +488,8 @@ int main(int argc, char** argv)
     // The page figure's own process, with a GUI application of its own.
     if (argc == 3 && std::string(argv[1]) == "--web")
         return webFigureProcess(argc, argv, std::max(1, std::atoi(argv[2])));
+    if (argc == 4 && std::string(argv[1]) == "--report-render")
+        return reportRenderProcess(argc, argv);
 #endif
     // The memory figure's measuring process stays a plain one, as it was.
     if (argc == 5 && std::string(argv[1]) == "--memory") {
@@ -554,6 +564,16 @@ int main(int argc, char** argv)
                 best = std::min(best, sides.mine());
             std::printf("%-28s %12.2f\n", QStringLiteral("edit %1 lines ms").arg(n).toUtf8().constData(), best);
             continue;
+        }
+        if (only.isEmpty() || only == QLatin1String("reports")) {
+            QTemporaryDir pages;
+            QString kindPage;
+            reportsFigure(path, n, std::max(3, count / 3), &kindPage, pages.path());
+#ifdef PELKOR_BENCH_WEB
+            reportRenderFigure(QCoreApplication::applicationFilePath(), kindPage, n, 3);
+#endif
+            if (!only.isEmpty())
+                continue;
         }
         if (only == QLatin1String("charts") || (only.isEmpty() && n == sizes.last())) {
             WorkingRun run(path);

@@ -4,6 +4,7 @@
 #include "app/charts/DailySummaryView.h"
 #include "app/Named.h"
 #include "app/frmFindView.h"
+#include "app/reports/frmMonthReportMainView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/Controls.h"
@@ -129,6 +130,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     buttons->addWidget(cmdDelAll_);
     buttons->addWidget(cmdTzefi_);
     buttons->addWidget(cmdSubtractFromTzefi_);
+    cmdMonthReport_ = named(new QPushButton(controlCaption(QStringLiteral("cmdMonthReport")), central), QStringLiteral("cmdMonthReport"));
+    cmdMonthReport_->setFocusPolicy(Qt::NoFocus);
+    connect(cmdMonthReport_, &QPushButton::clicked, this, [this] {
+        m_.guarded(QStringLiteral("cmdMonthReport_Click"), [this] { m_.makePeriodReport(QStringLiteral("m")); });
+    });
+    buttons->addWidget(cmdMonthReport_);
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
     buttons->addWidget(cmdCancel_);
@@ -197,6 +204,19 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         table_->setFocus();
         m_.clickControl(QStringLiteral("mnuDailySummary"));
     });
+    // The period reports by kind and type, each in a window of its own.
+    for (const char* name : {"mnuOpenMonthKindReport", "mnuOpenWeekKindReport", "mnuOpenDayKindReport"}) {
+        const QString n = QString::fromLatin1(name);
+        QAction* a = mnuReports_->addAction(controlCaption(n));
+        a->setObjectName(n);
+        reportActions_.append(a);
+        connect(a, &QAction::triggered, this, [this, n] {
+            m_.guarded(n + QStringLiteral("_Click"), [this, n] { m_.makePeriodReport(periodOfControl(n)); });
+        });
+    }
+    connect(&m_, &frmMain::periodReportRequested, this, [this](const QString& sPeriod) {
+        new frmMonthReportMainView(m_.reportParts(), reports::periodTypeOf(sPeriod), this);
+    });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
@@ -262,6 +282,9 @@ void frmMainView::showControls()
     mnuActions_->menuAction()->setVisible(s.mnuActions);
     // The summary is one of the reports; beside it they wait.
     mnuReports_->menuAction()->setVisible(s.mnuReports);
+    for (QAction* a : reportActions_)
+        a->setVisible(s.mnuOpenMonthKindReport);
+    cmdMonthReport_->setVisible(s.cmdMonthReport);
     mnuReports_->setEnabled(m_.instance().progMode != modeDailySummarySplit);
     menuBar()->setVisible(s.mnuFile || s.mnuDefs || s.mnuActions || s.mnuReports);
     if (s.childWindow && m_.shown().visible && !childPlaced_)

@@ -10,6 +10,7 @@
 // its accessible description.
 #pragma once
 
+#include <QList>
 #include <QMainWindow>
 
 class QAction;
@@ -78,6 +79,8 @@ private:
     QAction* mnuAddConstantTransactions_ = nullptr;
     QMenu* mnuReports_ = nullptr;
     QAction* mnuDailySummary_ = nullptr;
+    QList<QAction*> reportActions_;        // the three period reports
+    QPushButton* cmdMonthReport_ = nullptr;
     DailySummaryView* daily_ = nullptr;    // beside the grid in progMode 6
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;

@@ -49,6 +49,8 @@ ShownControls shownControls(const Instance& m)
     s.mnuAddLineToFile = s.mnuActions && !m.isMerged;
     s.mnuAddConstantTransactions = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
+    s.mnuOpenMonthKindReport = s.mnuOpenWeekKindReport = s.mnuOpenDayKindReport = s.mnuReports;
+    s.cmdMonthReport = s.cmdReport;
     return s;
 }
 
@@ -69,10 +71,25 @@ QString controlCaption(const QString& name)
         {"mnuAddConstantTransactions", "הכנסת פעולות קבועות"},
         {"cmdTzefi", "צפי"},
         {"cmdSubtractFromTzefi", "הורד מצפי"},
+        {"mnuOpenMonthKindReport", "דוח חודשי לפי סיווגים וסוגים"},
+        {"mnuOpenWeekKindReport", "דוח שבועי לפי סיווגים וסוגים"},
+        {"mnuOpenDayKindReport", "דוח יומי לפי סיווגים וסוגים"},
+        {"cmdMonthReport", "דוח חודשי"},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))
             return QString::fromUtf8(c.caption);
+    return QString();
+}
+
+QString periodOfControl(const QString& name)
+{
+    if (name == QLatin1String("mnuOpenMonthKindReport") || name == QLatin1String("cmdMonthReport"))
+        return QStringLiteral("m");
+    if (name == QLatin1String("mnuOpenWeekKindReport"))
+        return QStringLiteral("w");
+    if (name == QLatin1String("mnuOpenDayKindReport"))
+        return QStringLiteral("d");
     return QString();
 }
 

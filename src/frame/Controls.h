@@ -36,6 +36,9 @@ struct ShownControls {
     bool mnuAddNewLine = false;            // under mnuActions
     bool mnuAddLineToFile = false;         // under mnuActions
     bool mnuAddConstantTransactions = false;  // under mnuActions
+    bool mnuOpenMonthKindReport = false;   // under mnuReports, the three period reports
+    bool mnuOpenWeekKindReport = false;
+    bool mnuOpenDayKindReport = false;
     QString mnuCloseCaption;               // "יציאה" in every mode but reconciliation
     QString mnuPerformBankCoordinationCaption;
     // Buttons.
@@ -47,6 +50,7 @@ struct ShownControls {
     bool cmdGoToIpusLine = false;
     bool cmdIpus = false;
     bool cmdReport = false;
+    bool cmdMonthReport = false;           // the monthly report by kind and type
     bool cmdTzefi = false;
     bool cmdSubtractFromTzefi = false;
     bool cmdBankCoordination = false;
@@ -57,10 +61,15 @@ struct ShownControls {
 
 ShownControls shownControls(const Instance& instance);
 
+// The period type ("m", "w", "d") a period report control opens; "" for
+// any other control.
+QString periodOfControl(const QString& name);
+
 // The captions of the ledger's controls, by control name (cmdAdd, cmdDel,
 // cmdDelAll, cmdIpus, cmdGoToIpusLine, mnuSetIpusLine, mnuAddNewLine,
 // mnuAddLineToFile, mnuAddConstantTransactions, cmdTzefi,
-// cmdSubtractFromTzefi).
+// cmdSubtractFromTzefi, the period reports' mnuOpenMonthKindReport,
+// mnuOpenWeekKindReport, mnuOpenDayKindReport and cmdMonthReport).
 QString controlCaption(const QString& name);
 
 // The window height of a child instance, in pixels.

@@ -42,6 +42,7 @@
 #include <memory>
 
 namespace pelkor::ui { class Ui; }
+namespace pelkor::reports { struct ReportParts; }
 
 namespace pelkor {
 
@@ -181,6 +182,15 @@ public:
     // the file or key is missing).
     QString readParameter(const QString& key);
 
+    // ---- period reports (frmMainReports.cpp) ---------------------------
+    // makePeriodReport: the main window disabled, a report window of the
+    // period type ("m", "w", "d") asked of the view.
+    void makePeriodReport(const QString& sPeriod);
+    // The parts a report window works on: this file, the ui, the children.
+    reports::ReportParts reportParts();
+    // A report window closed: the main window enabled and refreshed, or the run ended.
+    void periodReportClosed();
+
     // WindowCalls.
     void shownChanged() override { emit changed(); }
     void linesLoaded() override;
@@ -198,6 +208,8 @@ signals:
     void loaded();
     // The find window is to show over the grid (its state is findState()).
     void findRequested();
+    // A period report window is to open (makePeriodReport).
+    void periodReportRequested(const QString& sPeriod);
 
 private:
     void initializeForm();

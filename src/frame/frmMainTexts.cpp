@@ -7,6 +7,7 @@
 #include "base/Instances.h"
 #include "base/Modes.h"
 #include "file/Loader.h"
+#include "frame/Controls.h"
 #include "frame/FrameWords.h"
 #include "frame/TextActions.h"
 #include "seams/ui/Ui.h"
@@ -219,7 +220,14 @@ bool frmMain::clickControl(const QString& name)
         {"cmdGoToIpusLine", false, &frmMain::cmdGoToIpusLine_Click},
         {"mnuAddConstantTransactions", false, &frmMain::mnuAddConstantTransactions_Click},
         {"mnuDailySummary", false, &frmMain::mnuDailySummary_Click},
+        {"cmdTzefi", false, &frmMain::cmdTzefi_Click},
+        {"cmdSubtractFromTzefi", false, &frmMain::cmdSubtractFromTzefi_Click},
     };
+    // The period reports: one handler, by the period the control names.
+    if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {
+        guarded(name, [this, &period] { makePeriodReport(period); });
+        return true;
+    }
     for (const Clickable& c : clickables) {
         if (name != QLatin1String(c.name) || (c.newLinesOnly && instance_.progMode != modeNewLines))
             continue;

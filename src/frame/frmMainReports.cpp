@@ -1,0 +1,45 @@
+// frmMain: the period report windows it opens (the menu entries and the
+// button), and the parts it lends them. The report's logic is the reports
+// room's (frmMonthReportMain); the window is the view's.
+#include "frame/frmMain.h"
+
+#include "ledger/frmAddLine.h"
+#include "reports/frmMonthReportMain.h"
+#include "seams/ui/Ui.h"
+
+namespace pelkor {
+
+void frmMain::makePeriodReport(const QString& sPeriod)
+{
+    // The report window works on this window's file; meanwhile the grid is
+    // not edited.
+    shown_.enabled = false;
+    emit changed();
+    emit periodReportRequested(sPeriod);
+}
+
+reports::ReportParts frmMain::reportParts()
+{
+    reports::ReportParts p{ledger_, instance_, ui_};
+    p.children = env_.children;
+    p.settingsFile = env_.paths.iniFile();
+    p.today = env_.today;
+    p.openAddLine = [this](std::function<void(const QString&)> tellOpener) {
+        frmAddLine dlg(ledger_, instance_, ledger_.filePath, ui_, env_.today, std::move(tellOpener));
+        if (dlg.Form_Load())
+            ui_.runDialog(dlg);
+    };
+    p.closed = [this] { periodReportClosed(); };
+    return p;
+}
+
+void frmMain::periodReportClosed()
+{
+    if (!shown_.visible)
+        return exitProg();
+    shown_.enabled = true;
+    emit changed();
+    cmdRefresh_Click();
+}
+
+} // namespace pelkor
