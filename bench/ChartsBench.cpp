@@ -5,6 +5,7 @@
 //   chart    one balance chart of 61 points drawn on a 1200 x 400 surface
 //            (frame, grid, labels, zoned line, dots, dates). An absolute
 //            figure, a sanity line only: it should stay under 5 ms.
+#include "BenchSupport.h"
 #include "charts/DailySums.h"
 #include "charts/clsBackBuffer.h"
 
@@ -50,18 +51,18 @@ int chartsFigure(std::vector<Line>& lines, int runs)
     charts::DaySums days;
     charts::calcDailySummary(lines, days);
     std::vector<double> ins(size_t(days.nDaysInSummary)), outs(ins.size());
-    double mine = 1e300, base = 1e300;
-    for (int r = 0; r < std::max(runs, 5); ++r) {
-        QElapsedTimer t;
-        t.start();
-        charts::calcDailySummary(lines, days);
-        mine = std::min(mine, double(t.nsecsElapsed()) / 1e6);
-        base = std::min(base, bareDays(lines, ins, outs));
-    }
+    const auto [mine, base] = bench::bestOf(
+        std::max(runs, 5),
+        [&] {
+            QElapsedTimer t;
+            t.start();
+            charts::calcDailySummary(lines, days);
+            return double(t.nsecsElapsed()) / 1e6;
+        },
+        [&] { return bareDays(lines, ins, outs); }, false);
     if (days.dailyIns != ins || days.dailyOuts != outs)
         std::fprintf(stderr, "days: the sums differ from the bare loop's\n");
-    std::printf("%-28s %12.2f %12.2f %8.2f %8s\n",
-                QStringLiteral("days %1 lines ms").arg(lines.size()).toUtf8().constData(), mine, base, mine / base, "2.00");
+    bench::printFigure(QStringLiteral("days %1 lines ms").arg(lines.size()), mine, base, "2.00", 2);
 
     // The chart needs the desktop's fonts: only under a GUI application.
     if (!QCoreApplication::instance()->inherits("QGuiApplication"))

@@ -7,6 +7,8 @@
 // The shell side is a process of its own and pays for its start (a few
 // milliseconds); the figure is about hundreds of milliseconds, so that cost
 // barely moves it.
+#include "BenchSupport.h"
+
 #include "Banks.h"
 #include "FeedRows.h"
 #include "FeedWriter.h"
@@ -105,18 +107,9 @@ int feedFigure(const QString& dataDir, int runs)
     }
     const QString feedPath = dataDir + QStringLiteral("/atl613o0.dll");
     const QString shellDb = dataDir + QStringLiteral("/shell-import.db");
-    double mine = 1e300, base = 1e300;
-    const int count = runs > 0 ? runs : 5;
-    for (int r = 0; r < count; ++r) {
-        if (r % 2 == 0) {
-            base = std::min(base, shellImportOnce(csv, shellDb));
-            mine = std::min(mine, importOnce(csv, feedPath, rows));
-        } else {
-            mine = std::min(mine, importOnce(csv, feedPath, rows));
-            base = std::min(base, shellImportOnce(csv, shellDb));
-        }
-    }
-    std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", "feed import 100000 rows ms", mine, base, mine / base, "2.00");
-    std::fflush(stdout);
+    const auto [mine, base] = bench::bestOf(
+        runs > 0 ? runs : 5, [&] { return importOnce(csv, feedPath, rows); }, [&] { return shellImportOnce(csv, shellDb); },
+        false);
+    bench::printFigure(QStringLiteral("feed import 100000 rows ms"), mine, base, "2.00");
     return 0;
 }

@@ -11,6 +11,7 @@
 //           ready for a click (complete, notifier attached), against a bare
 //           QWebEngineView from setUrl to loadFinished; in a process of its
 //           own on the offscreen platform, as the page figure is.
+#include "BenchSupport.h"
 #include "reports/PeriodSums.h"
 #include "reports/ReportPages.h"
 #include "base/Format.h"
@@ -20,7 +21,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <sqlite3.h>
 
@@ -116,19 +116,9 @@ int reportsFigure(const QString& path, long n, int runs, QString* kindPage, cons
 {
     reportPages(path, outDir);
     bareAggregate(path);
-    double mine = 1e300, base = 1e300;
-    for (int r = 0; r < std::max(runs, 3); ++r) {
-        if (r % 2 == 0) {
-            base = std::min(base, bareAggregate(path));
-            mine = std::min(mine, reportPages(path, outDir, kindPage));
-        } else {
-            mine = std::min(mine, reportPages(path, outDir, kindPage));
-            base = std::min(base, bareAggregate(path));
-        }
-    }
-    std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", QStringLiteral("report %1 lines ms").arg(n).toUtf8().constData(), mine, base,
-                mine / base, "3.00");
-    std::fflush(stdout);
+    const auto [mine, base] = bench::bestOf(
+        std::max(runs, 3), [&] { return reportPages(path, outDir, kindPage); }, [&] { return bareAggregate(path); }, false);
+    bench::printFigure(QStringLiteral("report %1 lines ms").arg(n), mine, base, "3.00");
     return 0;
 }
 
@@ -145,13 +135,7 @@ int reportRenderProcess(int argc, char** argv)
     QWebEngineView bare;
     bare.resize(1200, 700);
     bare.show();
-    const auto waitFor = [](const std::function<bool()>& done) {
-        QElapsedTimer t;
-        t.start();
-        while (!done() && t.elapsed() < 120000)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        return done();
-    };
+    const auto waitFor = [](const std::function<bool()>& done) { return bench::waitUntil(done, 120000); };
     const auto mine = [&] {
         seam.navigate(QStringLiteral("about:blank"));
         waitFor([&] { return seam.isComplete(); });
@@ -178,11 +162,7 @@ int reportRenderProcess(int argc, char** argv)
         std::printf("skip WebEngine did not show the page\n");
         return 0;
     }
-    double m = 1e300, b = 1e300;
-    for (int r = 0; r < runs; ++r) {
-        m = std::min(m, mine());
-        b = std::min(b, base());
-    }
+    const auto [m, b] = bench::bestOf(runs, mine, base, false);
     std::printf("render %.1f %.1f\n", m, b);
     return 0;
 }
@@ -190,22 +170,7 @@ int reportRenderProcess(int argc, char** argv)
 // Runs the render figure's process on the written page and prints its line.
 void reportRenderFigure(const QString& program, const QString& page, long n, int runs)
 {
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    p.start(program, {QStringLiteral("--report-render"), page, QString::number(runs)});
-    const bool finished = p.waitForFinished(600000);
-    const QStringList words = QString::fromUtf8(p.readAllStandardOutput()).trimmed().split(QLatin1Char(' '));
-    const QString figure = QStringLiteral("render report %1 lines ms").arg(n);
-    if (!finished || words.value(0) != QLatin1String("render")) {
-        std::printf("%-28s skipped: %s\n", figure.toUtf8().constData(),
-                    finished ? qPrintable(words.mid(1).join(QLatin1Char(' '))) : "WebEngine did not answer");
-    } else {
-        const double mine = words.value(1).toDouble(), base = words.value(2).toDouble();
-        std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", figure.toUtf8().constData(), mine, base, mine / base, "-");
-    }
-    std::fflush(stdout);
+    bench::childFigure(program, {QStringLiteral("--report-render"), page, QString::number(runs)}, QStringLiteral("render"),
+                       QStringLiteral("render report %1 lines ms").arg(n), "-", 600000);
 }
 #endif

@@ -8,6 +8,7 @@
 // WebEngine needs a GUI application and a platform: the figure runs in a
 // process of its own (this program started with --web) on the offscreen
 // platform, and says so and skips when the engine does not come up.
+#include "BenchSupport.h"
 #include "app/web/QtWebView.h"
 #include "ledger/TzefiPage.h"
 #include "seams/web/Html.h"
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QWebEngineView>
 
@@ -23,6 +23,7 @@
 #include <cstdio>
 
 using namespace pelkor;
+using bench::waitUntil;
 
 namespace {
 
@@ -40,15 +41,6 @@ QString buildPage()
         c.push_back(TzefiCandidate{QString::number(i + 1), QStringLiteral("+%1").arg(i % 40 + 1),
                                    QDate(2025, i % 12 + 1, i % 28 + 1), QString::fromUtf8(details[i % 5]), 1000 + i * 7.25, i});
     return tzefiPage(c, QStringLiteral("Arial"));
-}
-
-bool waitUntil(const std::function<bool()>& done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 60000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    return done();
 }
 
 void blank(QWebEngineView& v)
@@ -109,16 +101,7 @@ int webFigureProcess(int argc, char** argv, int runs)
         std::printf("skip WebEngine did not show the page\n");
         return 0;
     }
-    double m = 1e300, b = 1e300;
-    for (int r = 0; r < runs; ++r) {
-        if (r % 2 == 0) {
-            b = std::min(b, base());
-            m = std::min(m, mine());
-        } else {
-            m = std::min(m, mine());
-            b = std::min(b, base());
-        }
-    }
+    const auto [m, b] = bench::bestOf(runs, mine, base, false);
     std::printf("web %.1f %.1f\n", m, b);
     return 0;
 }
@@ -126,21 +109,6 @@ int webFigureProcess(int argc, char** argv, int runs)
 // Runs the figure's process and prints its line of the table.
 void webFigure(const QString& program, int runs)
 {
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    p.start(program, {QStringLiteral("--web"), QString::number(runs)});
-    const bool finished = p.waitForFinished(300000);
-    const QStringList words = QString::fromUtf8(p.readAllStandardOutput()).trimmed().split(QLatin1Char(' '));
-    if (!finished || words.value(0) != QLatin1String("web")) {
-        std::printf("%-28s skipped: %s\n", "page 10000 rows ms",
-                    finished ? qPrintable(words.mid(1).join(QLatin1Char(' '))) : "WebEngine did not answer");
-        std::fflush(stdout);
-        return;
-    }
-    const double mine = words.value(1).toDouble(), base = words.value(2).toDouble();
-    std::printf("%-28s %12.1f %12.1f %8.2f %8s\n", "page 10000 rows ms", mine, base, mine / base, "2.00");
-    std::fflush(stdout);
+    bench::childFigure(program, {QStringLiteral("--web"), QString::number(runs)}, QStringLiteral("web"),
+                       QStringLiteral("page 10000 rows ms"), "2.00", 300000);
 }

@@ -45,6 +45,7 @@
 //
 // Generated files are kept in DIR (default bench-data beside the binary) and
 // reused while their line count is right.
+#include "BenchSupport.h"
 #include "gen/LedgerGenerator.h"
 
 #include "file/Display.h"
@@ -70,6 +71,8 @@
 #include <vector>
 
 using namespace pelkor;
+using bench::bestOf;
+using bench::printFigure;
 
 namespace {
 
@@ -436,36 +439,6 @@ private:
 int runsFor(long n)
 {
     return int(std::clamp(3000000L / std::max(n, 1L), 5L, 50L));
-}
-
-// The best of count runs of each side, the two taking turns and each going
-// first in half of the rounds, after one warm-up run of both (the page
-// cache, the first use of the libraries).
-template <class Mine, class Base>
-std::pair<double, double> bestOf(int count, Mine mine, Base base)
-{
-    base();
-    mine();
-    double b = 1e300, m = 1e300;
-    for (int r = 0; r < count; ++r) {
-        if (r % 2 == 0) {
-            b = std::min(b, base());
-            m = std::min(m, mine());
-        } else {
-            m = std::min(m, mine());
-            b = std::min(b, base());
-        }
-    }
-    return {m, b};
-}
-
-// decimals: 1 for figures of tens of milliseconds and more, 2 for the
-// edit's fractions of one.
-void printFigure(const QString& figure, double mine, double base, const char* target, int decimals = 1)
-{
-    std::printf("%-28s %12.*f %12.*f %8.2f %8s\n", figure.toUtf8().constData(), decimals, mine, decimals, base, mine / base,
-                target);
-    std::fflush(stdout);
 }
 
 } // namespace

@@ -1,0 +1,52 @@
+// What every figure of the bench does alike: the best of several runs of
+// each side, one table line per figure, a wait with the event loop running,
+// and a figure measured in a process of its own.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace pelkor::bench {
+
+// The best of count runs of each side, the two taking turns and each going
+// first in half of the rounds; warmUp: one run of both first (the page
+// cache, the first use of the libraries).
+template <class Mine, class Base>
+std::pair<double, double> bestOf(int count, Mine mine, Base base, bool warmUp = true)
+{
+    if (warmUp) {
+        base();
+        mine();
+    }
+    double b = 1e300, m = 1e300;
+    for (int r = 0; r < count; ++r) {
+        if (r % 2 == 0) {
+            b = std::min(b, base());
+            m = std::min(m, mine());
+        } else {
+            m = std::min(m, mine());
+            b = std::min(b, base());
+        }
+    }
+    return {m, b};
+}
+
+// A line of the table: the figure, both sides, their ratio, the target.
+// decimals: 1 for figures of tens of milliseconds and more, 2 for fractions
+// of one.
+void printFigure(const QString& figure, double mine, double base, const char* target, int decimals = 1);
+
+// Runs the event loop until done or timeoutMs; whether done.
+bool waitUntil(const std::function<bool()>& done, int timeoutMs = 60000);
+
+// Runs program with args on the offscreen platform; its output is "<tag>
+// <mine> <base>", or anything else with the reason it could not measure.
+// Prints the figure's line, or a skipped line with the reason.
+void childFigure(const QString& program, const QStringList& args, const QString& tag, const QString& figure,
+                 const char* target, int timeoutMs);
+
+} // namespace pelkor::bench
