@@ -12,6 +12,14 @@ QString Catalogue::getTypeName(int typeNum) const
     return QStringLiteral("[not found]");
 }
 
+const TypeRec* Catalogue::findType(const QString& name) const
+{
+    for (const TypeRec& t : types)
+        if (t.TypeName == name)
+            return &t;
+    return nullptr;
+}
+
 bool Catalogue::isCategory(const QString& kind) const
 {
     return categories.contains(kind);

@@ -55,6 +55,14 @@ struct Catalogue {
 
     // The name of the first type with that number, or "[not found]".
     QString getTypeName(int typeNum) const;
+    // The type of that name; null when there is none.
+    const TypeRec* findType(const QString& name) const;
+    // The number of the type of that name; 999 when there is none.
+    int typeNumOf(const QString& name) const
+    {
+        const TypeRec* t = findType(name);
+        return t ? t->TypeNum : 999;
+    }
     // True when kind equals one of categories.
     bool isCategory(const QString& kind) const;
     QString getKindID(int i) const { return i >= 0 && i < categories.size() ? categories[i] : QString(); }

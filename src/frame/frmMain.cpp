@@ -438,12 +438,8 @@ bool frmMain::Form_QueryUnload()
 {
     if (ledger_.openDBisBusy)
         return false;
-    if (edit_.loaded && !ledger_.lines.empty()) {
-        editor_.msfgMain_GotFocus();
-        editor_.msfgMainLeaveCell();
-        if (!editor_.maybeWriteNewLineToDB())
-            return false;
-    }
+    if (edit_.loaded && !ledger_.lines.empty() && !editor_.commitAll())
+        return false;
     if (leftDailySummary())
         return false;
     exitProg();
@@ -474,11 +470,10 @@ void frmMain::cmdRefresh_Click()
     // The open cell is committed and a pending new line written first; a
     // new line that stays pending (the user kept it) stops the reload.
     if (edit_.loaded && !ledger_.lines.empty()) {
-        editor_.msfgMain_GotFocus();
-        editor_.msfgMainLeaveCell();
-        if (edit_.isThereNewLine) {
-            if (!editor_.maybeWriteNewLineToDB())
-                return;
+        const bool hadNewLine = edit_.isThereNewLine;
+        if (!editor_.commitAll())
+            return;
+        if (hadNewLine) {
             grid_.row = grid_.msfgMain.Row();
             grid_.topRow = grid_.msfgMain.TopRow();
         }

@@ -11,6 +11,15 @@ namespace {
 QString orBlank(const QString& s) { return s.isEmpty() ? QStringLiteral(" ") : s; }
 } // namespace
 
+void turnToSide(Line& L, bool isIncome, const Catalogue& c)
+{
+    (isIncome ? L.out : L.In) = 0;
+    const QChar sign = isIncome ? QLatin1Char('+') : QLatin1Char('-');
+    L.kind = L.kind.isEmpty() ? QString(sign) + QLatin1Char('0') : sign + L.kind.mid(1);
+    if (const TypeRec* t = c.findType(L.Type); t && t->isIncome != isIncome)
+        L.Type = isIncome ? c.typeName1 : c.typeName2;
+}
+
 QString sqlSum(double v)
 {
     // Fifteen digits keep every sum a ledger holds exact and never turn to
@@ -58,15 +67,9 @@ void writeLine(OpenLedger& led, const Instance& inst, Line& L, int typeNum, cons
 
 void addOneLine(OpenLedger& led, const Instance& inst, Line& L)
 {
-    int typeNum = 999;
-    for (const TypeRec& t : led.catalogue.types)
-        if (t.TypeName == L.Type) {
-            typeNum = t.TypeNum;
-            break;
-        }
     if (L.Memo.isEmpty())
         L.Memo = colorWords().last();
-    writeLine(led, inst, L, typeNum, QStringLiteral("addOneLine"));
+    writeLine(led, inst, L, led.catalogue.typeNumOf(L.Type), QStringLiteral("addOneLine"));
 }
 
 } // namespace pelkor

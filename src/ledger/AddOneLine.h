@@ -12,9 +12,16 @@
 
 namespace pelkor {
 
+struct Catalogue;
 struct Instance;
 struct Line;
 struct OpenLedger;
+
+// A non-zero sum put on one side of a line that is not yet written (a
+// dialog's record): the other side becomes 0, the kind takes the side's
+// sign ("+0"/"-0" when empty) and a type of the other side gives way to
+// the side's default type.
+void turnToSide(Line& L, bool isIncome, const Catalogue& catalogue);
 
 // A sum as a statement writes it: plain digits, no thousands separators.
 QString sqlSum(double v);

@@ -2,6 +2,7 @@
 // completion, the kind dialog, and the line's colour.
 #include "ledger/LedgerEditor.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
@@ -21,7 +22,6 @@ using ui::Buttons;
 using ui::Icon;
 
 namespace {
-const QString errorTitle = QStringLiteral("שגיאה");
 bool isOpening(QChar k) { return k == QLatin1Char('^') || k == QLatin1Char('\r'); }
 } // namespace
 

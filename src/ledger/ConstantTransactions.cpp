@@ -21,14 +21,6 @@ QString boolText(bool b) { return b ? QStringLiteral("true") : QStringLiteral("f
 // An empty reference or detail goes as one blank.
 QString orBlank(const QString& s) { return s.isEmpty() ? QStringLiteral(" ") : fixString(s); }
 
-int typeNumOf(const Catalogue& c, const QString& name)
-{
-    for (const TypeRec& t : c.types)
-        if (t.TypeName == name)
-            return t.TypeNum;
-    return 999;
-}
-
 // Phase: the rule into ConstantLines; returns its number.
 int saveRule(OpenLedger& led, const ConstantRule& r, int typeNum)
 {
@@ -76,7 +68,7 @@ AddLinesOutcome addLines(OpenLedger& led, ui::Ui& ui, const ConstantRule& r)
         return outcome;
     }
     const double factor = 1 + r.percent / 100;
-    const int typeNum = typeNumOf(led.catalogue, L.Type);
+    const int typeNum = led.catalogue.typeNumOf(L.Type);
 
     store::Transaction tx(led.cn);
     if (r.saveInDB)

@@ -2,8 +2,10 @@
 // and cmdOK's checks.
 #include "ledger/ConstantTransactionsDialog.h"
 
+#include "ledger/AddOneLine.h"
 #include "ledger/LedgerEditor.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "file/Display.h"
 #include "file/OpenLedger.h"
@@ -22,7 +24,6 @@ using ui::Icon;
 
 namespace {
 
-const QString errorTitle = QStringLiteral("שגיאה");
 const QString txtKind = QStringLiteral("txtKind");
 const QString txtFromDate = QStringLiteral("txtFromDate");
 const QString txtToDate = QStringLiteral("txtToDate");
@@ -220,17 +221,12 @@ bool frmConstantTransactions::commit(const QString& field)
         if (v != 0) {
             // The line crosses to this side: the other sum goes, the kind's
             // sign follows, and a type of the other side gives way.
-            (in ? L.out : L.In) = 0;
+            const QString typeBefore = L.Type;
+            turnToSide(L, in, p_.ledger.catalogue);
             show(in ? txtOut : txtIn, QString());
-            const QChar sign = in ? QLatin1Char('+') : QLatin1Char('-');
-            L.kind = L.kind.isEmpty() ? QString(sign) + QLatin1Char('0') : sign + L.kind.mid(1);
             show(txtKind, FormatKind(L.kind));
-            for (const TypeRec& t : p_.ledger.catalogue.types)
-                if (t.TypeName == L.Type && t.isIncome != in) {
-                    L.Type = in ? p_.ledger.catalogue.typeName1 : p_.ledger.catalogue.typeName2;
-                    show(txtMyType, L.Type);
-                    break;
-                }
+            if (L.Type != typeBefore)
+                show(txtMyType, L.Type);
         }
         return true;
     }
@@ -245,10 +241,7 @@ bool frmConstantTransactions::commit(const QString& field)
         return true;
     }
     if (field == txtMyType) {
-        bool known = text.isEmpty();
-        for (const TypeRec& t : p_.ledger.catalogue.types)
-            known = known || t.TypeName == text;
-        if (!known)
+        if (!text.isEmpty() && !p_.ledger.catalogue.findType(text))
             return refuse(field, QStringLiteral("הסוג שמילאת אינו חוקי"));
         L.Type = text;
         show(field, text);

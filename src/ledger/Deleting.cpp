@@ -7,6 +7,7 @@
 // only a child may be emptied, and then it ends.
 #include "ledger/LedgerEditor.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
@@ -27,7 +28,6 @@ using ui::Icon;
 
 namespace {
 
-const QString pelkorTitle = QStringLiteral("פלקור");
 
 bool isConfirmed(const grid::GridModel& g, int row) { return g.text(row, colMark) == QLatin1String("v"); }
 

@@ -1,6 +1,7 @@
 // The commit of an edited cell and the cursor's return to a failed cell.
 #include "ledger/LedgerEditor.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
@@ -26,7 +27,6 @@ using ui::Icon;
 
 namespace {
 
-const QString errorTitle = QStringLiteral("שגיאה");
 const QString proc = QStringLiteral("msfgMainLeaveCell");
 
 bool hasNoDate(const QDate& d) { return !d.isValid() || d == nullDate() || d == newLineNoDate(); }
@@ -495,13 +495,7 @@ int LedgerEditor::getTypeIndex(const QString& name) const
     return 999;
 }
 
-int LedgerEditor::GetTypeBigIndex(const QString& name) const
-{
-    for (const TypeRec& t : p_.ledger.catalogue.types)
-        if (t.TypeName == name)
-            return t.TypeNum;
-    return 999;
-}
+int LedgerEditor::GetTypeBigIndex(const QString& name) const { return p_.ledger.catalogue.typeNumOf(name); }
 
 // A kind as the user may type it: "+12", "12+" (as the grid shows it) or
 // "12" (taken as income): its stored form, sign in front. Other text

@@ -114,6 +114,10 @@ public:
     // user's word (no date). False, with the user told, when it stays
     // pending; the cursor is then on it.
     bool maybeWriteNewLineToDB();
+    // Before a reload or closing: an open editor's text is taken, the cell
+    // committed and a pending new line written. False when the new line
+    // stays pending (the user kept it).
+    bool commitAll();
     // Esc on the grid: the new line goes, unwritten, with no question.
     void removeNewLine();
     // The grid lost the focus to another control of the window.

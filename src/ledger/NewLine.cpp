@@ -8,6 +8,7 @@
 // write made even when another instance wrote the file in between.
 #include "ledger/LedgerEditor.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
@@ -31,7 +32,6 @@ using ui::Icon;
 
 namespace {
 
-const QString errorTitle = QStringLiteral("שגיאה");
 
 double cellSum(const QString& text)
 {
@@ -268,6 +268,13 @@ bool LedgerEditor::maybeWriteNewLineToDB()
     e.prevCol = grid.Col();
     updateDisplay();
     return false;
+}
+
+bool LedgerEditor::commitAll()
+{
+    msfgMain_GotFocus();
+    msfgMainLeaveCell();
+    return maybeWriteNewLineToDB();
 }
 
 void LedgerEditor::msfgMain_LostFocus()

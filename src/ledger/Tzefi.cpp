@@ -1,5 +1,6 @@
 #include "ledger/Tzefi.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
@@ -22,7 +23,6 @@ using ui::Icon;
 
 namespace {
 
-const QString errorTitle = QStringLiteral("שגיאה");
 
 // tzefiLines holds the indexes 0 to 1000.
 constexpr size_t maxTzefiLines = 1001;

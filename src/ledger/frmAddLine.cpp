@@ -1,5 +1,6 @@
 #include "ledger/frmAddLine.h"
 
+#include "base/Titles.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "file/Loader.h"
@@ -23,7 +24,6 @@ using ui::Icon;
 
 namespace {
 
-const QString errorTitle = QStringLiteral("שגיאה");
 const QString kKind = QStringLiteral("txtKind");
 const QString kDate = QStringLiteral("txtDate");
 const QString kConfirm = QStringLiteral("txtConfirm");
@@ -269,17 +269,12 @@ bool frmAddLine::commitSum(bool isIn)
     if (v != 0) {
         // A sum on one side empties the other and turns the kind and the
         // type to its direction.
-        (isIn ? theLine_.out : theLine_.In) = 0;
+        const QString typeBefore = theLine_.Type;
+        turnToSide(theLine_, isIn, target_->catalogue);
         setValue(isIn ? kOut : kIn, QString());
-        const QChar sign = isIn ? QLatin1Char('+') : QLatin1Char('-');
-        theLine_.kind = theLine_.kind.isEmpty() ? QString(sign) + QLatin1Char('0') : sign + theLine_.kind.mid(1);
         setValue(kKind, FormatKind(theLine_.kind));
-        for (const TypeRec& t : target_->catalogue.types)
-            if (t.TypeName == theLine_.Type && t.isIncome != isIn) {
-                theLine_.Type = isIn ? target_->catalogue.typeName1 : target_->catalogue.typeName2;
-                setValue(kType, theLine_.Type);
-                break;
-            }
+        if (theLine_.Type != typeBefore)
+            setValue(kType, theLine_.Type);
     }
     setValue(field, FormatSum(v));
     return true;
@@ -346,9 +341,7 @@ void frmAddLine::cmdOK_Click()
     const Catalogue& cat = target_->catalogue;
     if (theLine_.Type.isEmpty())
         theLine_.Type = theLine_.out == 0 ? cat.typeName1 : cat.typeName2;
-    const bool knownType = std::any_of(cat.types.begin(), cat.types.end(),
-                                       [&](const TypeRec& t) { return t.TypeName == theLine_.Type; });
-    if (!knownType) {
+    if (!cat.findType(theLine_.Type)) {
         ui_.msgBox(QStringLiteral("הסוג שמילאת אינו חוקי"), errorTitle, Buttons::OK, Icon::Exclamation);
         setFocus(kType);
         return;
