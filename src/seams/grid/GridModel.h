@@ -225,6 +225,8 @@ private:
     bool isFixed(int r, int c) const { return r < fixedRows_ || c < fixedCols_; }
     std::uint16_t defaultIndexFor(int r, int c) const { return isFixed(r, c) ? 1 : 0; }
     std::uint16_t intern(const CellStyle& s);
+    // A style as one number: the palette's lookup key.
+    static std::uint64_t styleKey(const CellStyle& s);
     void forgetRecentStyles();
     void compactPalette();
     // Stores the bytes [arena.size() - n, arena.size()) that the caller
