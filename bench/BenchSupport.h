@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <functional>
 #include <utility>
+#include <vector>
 
 namespace pelkor::bench {
 
@@ -33,6 +34,31 @@ std::pair<double, double> bestOf(int count, Mine mine, Base base, bool warmUp = 
         }
     }
     return {m, b};
+}
+
+// The median of count runs of each side, run in blocks of block runs of
+// one side then of the other, so that a side's run follows one of its own
+// (two connections writing in turn make each re-read what the other
+// wrote, which neither would do alone). For figures whose runs vary more
+// from luck (a disk's flush) than from the work: the best of them would
+// measure the luck.
+template <class Mine, class Base>
+std::pair<double, double> medianOfBlocks(int count, Mine mine, Base base, int block = 10)
+{
+    std::vector<double> m, b;
+    base();
+    mine();
+    while (int(m.size()) < count) {
+        for (int k = 0; k < block; ++k)
+            b.push_back(base());
+        for (int k = 0; k < block; ++k)
+            m.push_back(mine());
+    }
+    const auto median = [](std::vector<double>& v) {
+        std::nth_element(v.begin(), v.begin() + v.size() / 2, v.end());
+        return v[v.size() / 2];
+    };
+    return {median(m), median(b)};
 }
 
 // A line of the table: the figure, both sides, their ratio, the target.

@@ -8,7 +8,6 @@
 #include "seams/store/TextForms.h"
 
 #include <array>
-#include <memory>
 
 namespace pelkor {
 
@@ -192,7 +191,7 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
         Line& L = led.lines[size_t(i)];
         const int r = clipRowNum(i + 1, g.Rows());
         balance = nextBalance(balance, L);
-        led.balances[size_t(i)] = balance;
+        led.balances.set(size_t(i), balance);
         // The fixed cell and colMark stay empty, as clear() left them.
         if (i > 0 && L.Date != led.lines[size_t(i) - 1].Date)
             alternate ^= 1;
@@ -221,48 +220,23 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
     const OpenLedger* ledger = &led;
     g.setTextSource([ledger](int r, int c) { return lineCellText(*ledger, r - 1, c); });
     g.deferTexts(1, n, colKind, g.Cols() - 1);
+    // The balances move with every edited sum: their texts and their side
+    // of the credit line are read from balances[] whenever a cell is read.
+    if (withBalance) {
+        grid::GridModel::LiveLook look;
+        look.test = [ledger](int r) {
+            const size_t i = size_t(r) - 1;
+            return i < ledger->balances.size() && isOverCredit(ledger->balances[i], ledger->theCredit);
+        };
+        look.onFore = colors::overCredit;
+        look.onBold = true;
+        look.offFore = colors::text;
+        g.setLiveColumn(colBalance, std::move(look));
+    }
     return converted;
 }
 
 namespace {
-
-// The balance texts of rows startRow..lastRow: those that show are
-// written, the others deferred again (made from balances[] when read).
-void showTexts(const OpenLedger& led, GridModel& g, int startRow, int lastRow)
-{
-    if (startRow > lastRow)
-        return;
-    const int firstShown = std::max(startRow, g.TopRow());
-    const int lastShown = std::min(lastRow, g.lastVisibleRow());
-    if (firstShown > lastShown) {
-        g.deferTexts(startRow, lastRow, colBalance, colBalance);
-        return;
-    }
-    g.deferTexts(startRow, firstShown - 1, colBalance, colBalance);
-    for (int r = firstShown; r <= lastShown; ++r)
-        g.setText(r, colBalance, FormatSum(led.balances[size_t(r) - 1]));
-    g.deferTexts(lastShown + 1, lastRow, colBalance, colBalance);
-}
-
-// The balances from grid row startRow to lastRow are new: the credit
-// test's look of every one of them, and the texts of those that show (the
-// others deferred again, made from balances[] when first read).
-void showBalances(OpenLedger& led, GridModel& g, int startRow, int lastRow, bool keepRedrawOff)
-{
-    if (startRow <= lastRow) {
-        const size_t n = size_t(lastRow - startRow + 1);
-        const auto over = std::make_unique_for_overwrite<std::uint8_t[]>(n);   // every entry is written below
-        const double* b = led.balances.data() + (startRow - 1);
-        const double credit = led.theCredit;
-        for (size_t k = 0; k < n; ++k)
-            over[k] = isOverCredit(b[k], credit);
-        g.setForeAndBoldBy(colBalance, startRow, lastRow, over.get(), colors::overCredit, true, colors::text, false);
-        showTexts(led, g, startRow, lastRow);
-    }
-    g.refresh();
-    if (!keepRedrawOff)
-        g.setRedraw(true);
-}
 
 } // namespace
 
@@ -280,43 +254,23 @@ void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int start
     double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
     for (int r = startRow; r <= lastRow; ++r) {
         balance = nextBalance(balance, led.lines[size_t(r) - 1]);
-        led.balances[size_t(r) - 1] = balance;
+        led.balances.set(size_t(r) - 1, balance);
     }
-    showBalances(led, g, startRow, lastRow, keepRedrawOff);
+    // A text written into a balance cell would hide the new balance.
+    g.deferTexts(startRow, lastRow, colBalance, colBalance);
+    g.refresh();
+    if (!keepRedrawOff)
+        g.setRedraw(true);
 }
 
 void shiftBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, double delta)
 {
     if (inst.hasNoBalance())
         return;
+    // The balance column is live: the move is remembered, and every cell
+    // shows it when next read.
     g.setRedraw(false);
-    startRow = std::max(startRow, 1);
-    const int lastRow = std::min({g.Rows() - 1, int(led.lines.size()), int(led.balances.size())});
-    // One pass over the balances alone, which lie side by side.
-    double* b = led.balances.data();
-    const double credit = led.theCredit;
-    // The rows whose side of the credit line changed; their looks alone
-    // are written (the others have the look their balance calls for).
-    std::vector<int> flipped;
-    for (int r = startRow; r <= lastRow; ++r) {
-        const double before = b[r - 1];
-        const double after = before + delta;
-        b[r - 1] = after;
-        if (isOverCredit(before, credit) != isOverCredit(after, credit))
-            flipped.push_back(r);
-    }
-    for (size_t k = 0; k < flipped.size();) {
-        // A run of consecutive rows: one call.
-        size_t e = k + 1;
-        while (e < flipped.size() && flipped[e] == flipped[e - 1] + 1)
-            ++e;
-        std::vector<std::uint8_t> flags(e - k);
-        for (size_t j = k; j < e; ++j)
-            flags[j - k] = isOverCredit(b[flipped[j] - 1], credit);
-        g.setForeAndBoldBy(colBalance, flipped[k], flipped[e - 1], flags.data(), colors::overCredit, true, colors::text, false);
-        k = e;
-    }
-    showTexts(led, g, startRow, lastRow);
+    led.balances.shiftFrom(size_t(std::max(startRow, 1)) - 1, delta);
     g.refresh();
     g.setRedraw(true);
 }

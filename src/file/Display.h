@@ -94,17 +94,17 @@ int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long lon
 
 // Recomputes the balance from grid row startRow to the last: from 0 at
 // row 1, else from the balance cell above startRow read back as a number.
-// Writes balances[] of every row from startRow on; the balance cells of the
-// rows that show (TopRow to lastVisibleRow) get their texts, the others are
-// deferred again to the text source drawLoad gave the grid, which makes
-// them from balances[] when they are read (so g must be a grid drawLoad
-// drew from these lines). Every cell from startRow on keeps the credit
-// test's look (a style is written only where it differs). Nothing in
-// progMode 3 and 4. Redraw is turned on at the end unless keepRedrawOff;
-// the model tells its listeners of one change.
+// Writes balances[] of every row from startRow on. The balance column is
+// live (drawLoad made it so): its cells show balances[] and its credit
+// test's look whenever they are read, so nothing is written into them and
+// the texts of rows that do not show are never made; a text written into
+// one of them is dropped. Nothing in progMode 3 and 4. Redraw is turned
+// on at the end unless keepRedrawOff; the model tells its listeners of
+// one change.
 void CalcBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
 // The same after one line's net (In less out) moved by delta: every
-// balance from startRow on moves by delta, with no line read.
+// balance from startRow on moves by delta, with no line read and no cell
+// written.
 void shiftBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, double delta);
 
 // ---- totals under the grid ------------------------------------------------

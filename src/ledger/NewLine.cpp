@@ -104,8 +104,9 @@ void LedgerEditor::cmdAdd_Click()
         grid.setText(row, colIn, FormatSum(0));
         grid.setText(row, colOut, FormatSum(0));
         grid.setText(row, colType, QString());
+        // The balance repeats the row above (balances[] holds it).
         if (hasBalanceColumn(p_.instance))
-            grid.setText(row, colBalance, row > 1 ? grid.text(row - 1, colBalance) : FormatSum(0));
+            grid.deferTexts(row, row, colBalance, colBalance);
         const int page = std::max(1, grid.visibleRows());
         grid.setTopRow(std::max(grid.FixedRows(), row - page + 1));
         grid.setRow(row);

@@ -296,6 +296,8 @@ void GridModel::clear()
         col.clearCache();
         col.width = -1;
         col.align = Align::General;
+        col.live = {};
+        col.made.clear();
     }
     heights_.clear();
     heights_.shrink_to_fit();
@@ -407,8 +409,17 @@ std::string_view GridModel::textUtf8(int r, int c) const
 {
     if (!inRange(r, c))
         return {};
-    if (cols_[size_t(c)].lengths[size_t(r)] == deferredMark)
+    if (cols_[size_t(c)].lengths[size_t(r)] == deferredMark) {
+        if (isLiveColumn(c)) {
+            // Made anew at every read, into the column's one scratch text.
+            auto& made = const_cast<std::string&>(cols_[size_t(c)].made);
+            made.clear();
+            if (source_)
+                appendUtf8(made, source_(r, c));
+            return made;
+        }
         makeDeferred(r, c);
+    }
     const Column& col = cols_[size_t(c)];
     const std::uint16_t n = col.lengths[size_t(r)];
     return n == 0 ? std::string_view() : std::string_view(col.arena.data() + col.offsets[size_t(r)], n);
@@ -471,6 +482,8 @@ QString GridModel::peekText(int r, int c) const
 
 QString GridModel::text(int r, int c) const
 {
+    if (isLiveColumn(c) && isTextDeferred(r, c))
+        return source_ ? source_(r, c) : QString();
     const std::string_view s = textUtf8(r, c);
     return s.empty() ? QString() : QString::fromUtf8(s.data(), qsizetype(s.size()));
 }

@@ -167,14 +167,27 @@ public:
     void setStyle(int r, int c, const CellStyle& s);
     // The same style on the cells [c0, c1] of row r.
     void setStyle(int r, int c0, int c1, const CellStyle& s);
-    // A column whose look follows a test per row (the balance against the
-    // credit line): each cell of column c in rows [r0, r1] keeps its back
-    // colour and takes the fore colour and bold of onFore/onBold where
-    // flags[r - r0] is set, else of offFore/offBold. One pass over the
-    // column's styles; only cells that change are written and told of.
-    // flags holds r1 - r0 + 1 entries.
-    void setForeAndBoldBy(int c, int r0, int r1, const std::uint8_t* flags, std::uint32_t onFore, bool onBold,
-                          std::uint32_t offFore, bool offBold);
+    // ---- live columns ----------------------------------------------------
+    // A live column shows values that move together and often (a running
+    // balance, where one edit moves every row below it). Its deferred
+    // texts are made by the source at every read and never kept, and the
+    // fore colour and bold of its body cells follow a test of the row,
+    // asked at every read; the back colour is the one written. Moving
+    // every value of such a column then costs the model nothing but a
+    // notification (refresh). A text written into a live cell is kept as
+    // in any column, until the cell is deferred again.
+    struct LiveLook {
+        std::function<bool(int r)> test;
+        std::uint32_t onFore = 0;
+        bool onBold = false;
+        std::uint32_t offFore = 0;
+        bool offBold = false;
+    };
+    // Makes column c live with that look; a look without a test makes it
+    // an ordinary column again. clear() ends every live column.
+    void setLiveColumn(int c, LiveLook look);
+    bool isLiveColumn(int c) const { return c >= 0 && c < Cols() && bool(cols_[size_t(c)].live.test); }
+
     std::uint32_t backColor(int r, int c) const { return style(r, c).back; }
     std::uint32_t foreColor(int r, int c) const { return style(r, c).fore; }
     bool bold(int r, int c) const { return style(r, c).bold; }
@@ -218,6 +231,8 @@ private:
         std::uint16_t cacheLength[cacheSize] = {};
         Align align = Align::General;
         int width = -1;
+        LiveLook live;                        // a test: the column is live
+        std::string made;                     // a live column's last made text
         void clearCache();
     };
 

@@ -61,7 +61,14 @@ CellStyle GridModel::style(int r, int c) const
 {
     if (!inRange(r, c))
         return defaultStyle;
-    return palette_[cols_[size_t(c)].styles[size_t(r)]];
+    const Column& col = cols_[size_t(c)];
+    CellStyle s = palette_[col.styles[size_t(r)]];
+    if (col.live.test && !isFixed(r, c)) {
+        const bool on = col.live.test(r);
+        s.fore = (on ? col.live.onFore : col.live.offFore) & 0xFFFFFF;
+        s.bold = on ? col.live.onBold : col.live.offBold;
+    }
+    return s;
 }
 
 void GridModel::forgetRecentStyles()
@@ -95,48 +102,12 @@ void GridModel::setStyle(int r, int c0, int c1, const CellStyle& s)
     cellsChanged(r, r, c0, c1);
 }
 
-void GridModel::setForeAndBoldBy(int c, int r0, int r1, const std::uint8_t* flags, std::uint32_t onFore, bool onBold,
-                                 std::uint32_t offFore, bool offBold)
+void GridModel::setLiveColumn(int c, LiveLook look)
 {
-    if (c < 0 || c >= Cols() || r0 > r1)
+    if (c < 0 || c >= Cols())
         return;
-    const int first = std::max(r0, 0), last = std::min(r1, rows_ - 1);
-    std::uint16_t* const styles = cols_[size_t(c)].styles.data();
-    // What each palette index becomes, by flag (entry 2 * index + flag),
-    // filled as indexes turn up. A grid holds a few dozen styles, so the
-    // table is small; indexes the pass adds are only ever results, never
-    // the index of a row still ahead.
-    constexpr std::uint16_t unknown = 0xFFFF;
-    std::vector<std::uint16_t> to(palette_.size() * 2, unknown);
-    // A row whose index and flag the table does not know yet.
-    const auto learn = [&](int r, std::size_t f) {
-        CellStyle want = palette_[styles[r]];
-        want.fore = (f ? onFore : offFore) & 0xFFFFFF;
-        want.bold = f ? onBold : offBold;
-        const std::size_t before = palette_.size();
-        const std::uint16_t i = intern(want);
-        if (palette_.size() < before)   // compacted and renumbered: start over
-            to.assign(palette_.size() * 2, unknown);
-        to[2 * std::size_t(styles[r]) + f] = i;
-    };
-    const std::uint8_t* flag = flags + (first - r0);
-    int changed0 = last + 1, changed1 = first - 1;
-    for (int r = first; r <= last; ++r, ++flag) {
-        const std::size_t f = *flag ? 1 : 0;
-        std::size_t k = 2 * std::size_t(styles[r]) + f;
-        if (to[k] == unknown) {
-            learn(r, f);
-            k = 2 * std::size_t(styles[r]) + f;
-        }
-        const std::uint16_t i = to[k];
-        if (i != styles[r]) {
-            styles[r] = i;
-            changed0 = std::min(changed0, r);
-            changed1 = r;
-        }
-    }
-    if (changed0 <= changed1)
-        cellsChanged(changed0, changed1, c, c);
+    cols_[size_t(c)].live = std::move(look);
+    cellsChanged(fixedRows_, rows_ - 1, c, c);
 }
 
 void GridModel::setBackColor(int r, int c, std::uint32_t color)

@@ -1,6 +1,7 @@
 #include "seams/store/Connection.h"
 
 #include "seams/store/Dialect.h"
+#include "seams/store/Engine.h"
 #include "seams/store/JetFunctions.h"
 #include "seams/store/TextForms.h"
 
@@ -17,6 +18,8 @@
 
 namespace pelkor::store {
 
+using namespace engine;
+
 namespace {
 
 // Another process (a new-line instance, a second window) may hold the file
@@ -25,115 +28,26 @@ namespace {
 // still surfaces as an error rather than a hang.
 constexpr int busyTimeoutMs = 5000;
 
-QString engineMessage(sqlite3* db)
-{
-    return db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
-}
-
-bool isBusyCode(int rc)
-{
-    return (rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED;
-}
-
-// A failure because another process holds the file is Busy, whatever the
-// caller was doing.
-[[noreturn]] void fail(StoreError::Kind kind, sqlite3* db, const QString& subject)
-{
-    if (db && isBusyCode(sqlite3_errcode(db)))
-        kind = StoreError::Kind::Busy;
-    throw StoreError(kind, engineMessage(db), subject);
-}
-
-class Stmt {
-public:
-    Stmt(sqlite3* db, const QString& sql, const QString& subject)
-    {
-        const QByteArray utf8 = sql.toUtf8();
-        if (sqlite3_prepare_v2(db, utf8.constData(), int(utf8.size()), &st_, nullptr) != SQLITE_OK) {
-            sqlite3_finalize(st_);
-            st_ = nullptr;
-            fail(StoreError::Kind::Statement, db, subject);
-        }
-        if (!st_)
-            throw StoreError(StoreError::Kind::Statement, QStringLiteral("Empty statement"), subject);
-    }
-    ~Stmt() { sqlite3_finalize(st_); }
-    Stmt(const Stmt&) = delete;
-    Stmt& operator=(const Stmt&) = delete;
-    sqlite3_stmt* get() const { return st_; }
-    operator sqlite3_stmt*() const { return st_; }
-
-private:
-    sqlite3_stmt* st_ = nullptr;
-};
-
-// Runs one statement that returns nothing useful.
-void run(sqlite3* db, const char* sql, const QString& subject)
-{
-    char* err = nullptr;
-    if (sqlite3_exec(db, sql, nullptr, nullptr, &err) != SQLITE_OK) {
-        const QString msg = err ? QString::fromUtf8(err) : engineMessage(db);
-        sqlite3_free(err);
-        throw StoreError(isBusyCode(sqlite3_errcode(db)) ? StoreError::Kind::Busy : StoreError::Kind::Statement, msg,
-                         subject);
-    }
-}
-
-enum class ColumnClass { Text, Whole, Number, Date, Untyped };
-
-// How the old engine's declared types map onto a conversion of text.
-ColumnClass classify(const QString& declared)
-{
-    const QString t = declared.toUpper();
-    if (t.isEmpty())
-        return ColumnClass::Untyped;
-    if (t.contains(QLatin1String("DATE")) || t.contains(QLatin1String("TIME")))
-        return ColumnClass::Date;
-    if (t.contains(QLatin1String("CHAR")) || t.contains(QLatin1String("TEXT")) || t.contains(QLatin1String("CLOB"))
-        || t.contains(QLatin1String("MEMO")))
-        return ColumnClass::Text;
-    if (t.contains(QLatin1String("INT")) || t.contains(QLatin1String("LONG")) || t.contains(QLatin1String("BYTE"))
-        || t.contains(QLatin1String("BIT")) || t.contains(QLatin1String("BOOL")) || t.contains(QLatin1String("YESNO"))
-        || t.contains(QLatin1String("COUNTER")))
-        return ColumnClass::Whole;
-    if (t.contains(QLatin1String("REAL")) || t.contains(QLatin1String("FLOA")) || t.contains(QLatin1String("DOUB"))
-        || t.contains(QLatin1String("NUM")) || t.contains(QLatin1String("DEC")) || t.contains(QLatin1String("CURRENCY"))
-        || t.contains(QLatin1String("MONEY")) || t.contains(QLatin1String("SINGLE")))
-        return ColumnClass::Number;
-    return ColumnClass::Text;
-}
-
-struct ColumnInfo {
-    QString name;
-    QString type;
-};
-
-std::vector<ColumnInfo> tableColumns(sqlite3* db, const QString& schema, const QString& table, const QString& subject)
-{
-    Stmt st(db, QStringLiteral("SELECT name, type FROM pragma_table_info(?1, ?2)"), subject);
-    const QByteArray t = table.toUtf8();
-    const QByteArray s = schema.toUtf8();
-    sqlite3_bind_text(st, 1, t.constData(), int(t.size()), SQLITE_STATIC);
-    sqlite3_bind_text(st, 2, s.constData(), int(s.size()), SQLITE_STATIC);
-    std::vector<ColumnInfo> cols;
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        cols.push_back({QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))),
-                        QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1))).toUpper()});
-    }
-    if (rc != SQLITE_DONE)
-        fail(StoreError::Kind::Statement, db, subject);
-    return cols;
-}
-
 // Binds each quoted text assigned to a column, converted by the column's
 // declared type as the old engine converted it.
-void bindAssigned(sqlite3* db, sqlite3_stmt* st, const Translation& tr, const QString& statement)
+void bindAssigned(sqlite3* db, SchemaCache& schema, sqlite3_stmt* st, const Translation& tr, const QString& statement)
 {
     if (tr.assigned.empty())
         return;
-    const QString schema = tr.attachFile.isEmpty() ? QStringLiteral("main") : QString::fromLatin1(attachedSchema);
-    const std::vector<ColumnInfo> cols = tableColumns(db, schema, tr.target, statement);
+    // The main file's columns are known between statements; an attached
+    // file's are read for the statement.
+    std::vector<ColumnInfo> read;
+    const std::vector<ColumnInfo>* known = nullptr;
+    if (tr.attachFile.isEmpty()) {
+        schema.refresh(db, statement);
+        known = schema.columns(tr.target);
+    }
+    if (!known) {
+        read = tableColumns(db, tr.attachFile.isEmpty() ? QStringLiteral("main") : QString::fromLatin1(attachedSchema),
+                            tr.target, statement);
+        known = &read;
+    }
+    const std::vector<ColumnInfo>& cols = *known;
     for (size_t i = 0; i < tr.assigned.size(); ++i) {
         const Translation::Assigned& a = tr.assigned[i];
         const int slot = int(i) + 1;
@@ -389,66 +303,6 @@ private:
     bool done_ = false;
 };
 
-// The columns of the file that sort the same without the text collation
-// (see OrderHint): those declared as dates or numbers. Read again whenever
-// the file's schema version moves, so a table made or altered since, here
-// or by another process, is seen.
-class OrderColumns {
-public:
-    // Reads the schema if it changed; once per statement is enough.
-    void refresh(sqlite3* db, const QString& statement)
-    {
-        const int version = schemaVersion(db, statement);
-        if (version == version_)
-            return;
-        tables_.clear();
-        anyTable_.clear();
-        Stmt st(db,
-                QStringLiteral("SELECT m.name, p.name, p.type FROM sqlite_master m, pragma_table_info(m.name) p "
-                               "WHERE m.type = 'table'"),
-                statement);
-        int rc;
-        while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-            const QString table = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))).toLower();
-            const QString column = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1))).toLower();
-            const ColumnClass cls = classify(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 2))));
-            const bool plain = cls == ColumnClass::Date || cls == ColumnClass::Whole || cls == ColumnClass::Number;
-            tables_[table][column] = plain;
-            const auto it = anyTable_.constFind(column);
-            anyTable_[column] = plain && (it == anyTable_.constEnd() || *it);
-        }
-        if (rc != SQLITE_DONE)
-            fail(StoreError::Kind::Statement, db, statement);
-        version_ = version;
-    }
-
-    // A column of that table, or, when the table is not one of the file's
-    // (no table, or an alias), every column of that name in the file.
-    bool plain(const QString& table, const QString& column) const
-    {
-        const QString c = column.toLower();
-        if (!table.isEmpty()) {
-            const auto t = tables_.constFind(table.toLower());
-            if (t != tables_.constEnd())
-                return t->value(c, false);
-        }
-        return anyTable_.value(c, false);
-    }
-
-private:
-    static int schemaVersion(sqlite3* db, const QString& statement)
-    {
-        Stmt st(db, QStringLiteral("PRAGMA schema_version"), statement);
-        if (sqlite3_step(st) != SQLITE_ROW)
-            fail(StoreError::Kind::Statement, db, statement);
-        return sqlite3_column_int(st, 0);
-    }
-
-    int version_ = -1;
-    QHash<QString, QHash<QString, bool>> tables_;
-    QHash<QString, bool> anyTable_;
-};
-
 bool isWholeType(const char* decl)
 {
     return decl && classify(QString::fromUtf8(decl)) == ColumnClass::Whole;
@@ -527,7 +381,7 @@ struct Connection::Impl {
     sqlite3* db = nullptr;
     QString path;
     OpenMode mode = OpenMode::ReadWrite;
-    OrderColumns orderColumns;
+    SchemaCache schema;
     BusyPolicy* busyPolicy = nullptr;
     QElapsedTimer waited;      // since the engine first met the file held
     qint64 lastNotice = 0;
@@ -675,12 +529,13 @@ void Connection::open(const QString& path, OpenMode mode)
     d->path = path;
     d->mode = mode;
     // Another file may have the same schema version.
-    d->orderColumns = OrderColumns();
+    d->schema.forget();
 }
 
 void Connection::close()
 {
     if (d && d->db) {
+        d->schema.forget();
         sqlite3_close_v2(d->db);
         d->db = nullptr;
     }
@@ -703,17 +558,17 @@ Recordset Connection::execute(const QString& sql)
     bool schemaRead = false;
     const Translation tr = translate(sql, [&](const QString& table, const QString& column) {
         if (!schemaRead) {
-            d->orderColumns.refresh(d->db, sql);
+            d->schema.refresh(d->db, sql);
             schemaRead = true;
         }
-        return d->orderColumns.plain(table, column);
+        return d->schema.plain(table, column);
     });
     return d->withBusyRetry([&] {
         Attachment attached(d->db, tr.attachFile, sql);
         if (tr.form == Translation::Form::SelectInto)
             return Recordset::affected(selectInto(d->db, tr, sql));
         Stmt st(d->db, tr.sql, sql);
-        bindAssigned(d->db, st, tr, sql);
+        bindAssigned(d->db, d->schema, st, tr, sql);
         return collect(d->db, st, sql);
     });
 }

@@ -176,60 +176,63 @@ TEST(GridModel, APaletteFullOfStylesNoCellUsesIsReclaimed)
     EXPECT_LT(g.paletteSize(), 70000);
 }
 
-TEST(GridModel, ALookByFlagKeepsEachBackAndWritesOnlyWhatChanges)
+TEST(GridModel, ALiveColumnReadsItsTextsAndLookAnewAndKeepsNothing)
 {
     constexpr std::uint32_t yellow = 0x99FFFF, deep = 0x4FFFFF, red = 0x0000FF;
     GridModel g(8, 3);
-    // Rows alternate between two backs; rows 2 and 4 are red bold.
+    std::vector<double> values{0, 5, -3, 7, -1, 2, -8, 4};
+    int made = 0;
+    g.setTextSource([&](int r, int c) {
+        ++made;
+        return QStringLiteral("%1:%2").arg(c).arg(values[size_t(r)]);
+    });
     for (int r = 1; r < 8; ++r)
         g.setStyle(r, 2, CellStyle{r % 2 ? yellow : deep, 0, false});
-    g.setStyle(2, 2, CellStyle{deep, red, true});
-    g.setStyle(4, 2, CellStyle{deep, red, true});
-    g.setStyle(3, 1, CellStyle{1, 2, true});   // another column: untouched
-    Recorder rec;
-    g.addListener(&rec);
-    // Rows 1..7 of column 2; red bold where the flag is set.
-    const std::uint8_t flags[] = {0, 1, 1, 0, 1, 0, 0};
-    g.setForeAndBoldBy(2, 1, 7, flags, red, true, 0, false);
-    for (int r = 1; r < 8; ++r) {
-        const bool on = flags[r - 1] != 0;
-        EXPECT_EQ(g.style(r, 2), (CellStyle{r % 2 ? yellow : deep, on ? red : 0u, on})) << r;
-    }
-    EXPECT_EQ(g.style(3, 1), (CellStyle{1, 2, true}));
-    // Rows 3 to 5 changed; 1, 2, 6 and 7 had their look already.
-    ASSERT_EQ(rec.changes.size(), 1u);
-    EXPECT_EQ(rec.changes[0].row0, 3);
-    EXPECT_EQ(rec.changes[0].row1, 5);
-    EXPECT_EQ(rec.changes[0].col0, 2);
-    EXPECT_EQ(rec.changes[0].col1, 2);
-    // Again with the same flags: nothing changes, nobody is told.
-    g.setForeAndBoldBy(2, 1, 7, flags, red, true, 0, false);
-    EXPECT_EQ(rec.changes.size(), 1u);
-    // Rows past the grid are left out; the flags still count from r0.
-    const std::uint8_t tail[] = {1, 1, 1, 1};
-    g.setForeAndBoldBy(2, 6, 9, tail, red, true, 0, false);
-    EXPECT_EQ(g.style(7, 2), (CellStyle{yellow, red, true}));
-    g.removeListener(&rec);
-}
+    g.setStyle(3, 1, CellStyle{1, 2, true});   // another column: its own look
+    g.setText(0, 2, QStringLiteral("head"));
+    g.deferTexts(1, 7, 1, 2);
+    GridModel::LiveLook look;
+    look.test = [&](int r) { return values[size_t(r)] < 0; };
+    look.onFore = red;
+    look.onBold = true;
+    g.setLiveColumn(2, std::move(look));
+    ASSERT_TRUE(g.isLiveColumn(2));
+    ASSERT_FALSE(g.isLiveColumn(1));
 
-TEST(GridModel, ALookByFlagSurvivesThePaletteBeingCompactedMidway)
-{
-    // The palette full of styles no cell uses: the pass's first new style
-    // compacts and renumbers it.
-    GridModel g(40, 2);
-    for (int r = 1; r < 40; ++r)
-        g.setStyle(r, 1, CellStyle{0x200000u + std::uint32_t(r % 4), 0, false});
-    for (std::uint32_t i = 0; g.paletteSize() < 0x10000; ++i)
-        g.setBackColor(1, 0, 0x100000 + i);
-    std::vector<std::uint8_t> flags(39);
-    for (size_t i = 0; i < flags.size(); ++i)
-        flags[i] = i % 3 == 0;
-    g.setForeAndBoldBy(1, 1, 39, flags.data(), 0x0000FF, true, 0x00FF00, false);
-    for (int r = 1; r < 40; ++r) {
-        const bool on = flags[size_t(r) - 1] != 0;
-        EXPECT_EQ(g.style(r, 1), (CellStyle{0x200000u + std::uint32_t(r % 4), on ? 0x0000FFu : 0x00FF00u, on})) << r;
-    }
-    EXPECT_LT(g.paletteSize(), 0xFFFF);
+    const auto expectColumn = [&] {
+        for (int r = 1; r < 8; ++r) {
+            const bool on = values[size_t(r)] < 0;
+            EXPECT_EQ(g.style(r, 2), (CellStyle{r % 2 ? yellow : deep, on ? red : 0u, on})) << r;
+            const QString want = QStringLiteral("2:%1").arg(values[size_t(r)]);
+            EXPECT_EQ(g.text(r, 2), want) << r;
+            EXPECT_EQ(QString::fromUtf8(g.textUtf8(r, 2)), want) << r;
+            EXPECT_TRUE(g.isTextDeferred(r, 2)) << r;
+        }
+    };
+    expectColumn();
+    // Every value moves: the model is told nothing and shows the new ones.
+    for (double& v : values)
+        v = -v;
+    made = 0;
+    expectColumn();
+    EXPECT_EQ(made, 14);   // twice a row: nothing was kept
+    // The header and the other column are as written; the other column's
+    // deferred texts are made once and kept.
+    EXPECT_EQ(g.text(0, 2), QStringLiteral("head"));
+    EXPECT_EQ(g.style(3, 1), (CellStyle{1, 2, true}));
+    made = 0;
+    EXPECT_EQ(g.text(4, 1), QStringLiteral("1:1"));
+    EXPECT_EQ(g.text(4, 1), QStringLiteral("1:1"));
+    EXPECT_EQ(made, 1);
+    // A text written into a live cell stays until the cell is deferred.
+    g.setText(5, 2, QStringLiteral("typed"));
+    EXPECT_EQ(g.text(5, 2), QStringLiteral("typed"));
+    g.deferTexts(5, 5, 2, 2);
+    EXPECT_EQ(g.text(5, 2), QStringLiteral("2:-2"));
+    // A clear ends the column's life.
+    g.clear();
+    EXPECT_FALSE(g.isLiveColumn(2));
+    EXPECT_EQ(g.style(2, 2), GridModel::defaultStyle);
 }
 
 TEST(GridModel, ShapeChangesKeepCellsAndHoldTheCursor)

@@ -178,6 +178,23 @@ TEST_F(StoreFile, QuotedTextsBecomeNumbersAndDatesOrFail)
     EXPECT_EQ(raw(QStringLiteral("SELECT count(*) FROM pelkor")), QStringLiteral("6"));
 }
 
+TEST_F(StoreFile, AColumnAnotherConnectionAddsIsConvertedByItsTypeAtOnce)
+{
+    // The columns are known between statements; a table changed by another
+    // process is read again at the next one.
+    cn.execute(QStringLiteral("INSERT INTO mergedBanks VALUES ('4', 'x.pkr', '1,000')"));
+    {
+        Connection other;
+        other.open(path);
+        other.executeRaw(QStringLiteral("ALTER TABLE mergedBanks ADD COLUMN rate DOUBLE"));
+    }
+    cn.execute(QStringLiteral("INSERT INTO mergedBanks ([index], fileName, rate) VALUES ('5', 'y.pkr', '1,5.25')"));
+    EXPECT_EQ(raw(QStringLiteral("SELECT rate, typeof(rate) FROM mergedBanks WHERE fileName='y.pkr'")),
+              QStringLiteral("15.25|real"));
+    const QString bad = QStringLiteral("UPDATE mergedBanks set rate = 'abc'");
+    expectError([&] { cn.execute(bad); }, Kind::Conversion, bad);
+}
+
 TEST_F(StoreFile, SchemaFailuresTheProgramReliesOn)
 {
     expectError([&] { cn.execute(QStringLiteral("ALTER TABLE Defaults ADD isAuto INTEGER")); }, Kind::Statement,
