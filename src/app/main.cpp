@@ -94,7 +94,7 @@ int main(int argc, char** argv)
     qtUi.setParentWindow(&view);
     QTimer::singleShot(0, &logic, [&] {
         logic.guarded(QStringLiteral("Form_Load"), [&] { logic.Form_Load(); });
-        if (logic.ended())
+        if (logic.ended() || logic.isReportOnly())
             return;
         switch (show) {
         case WindowShow::Minimized:

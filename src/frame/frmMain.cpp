@@ -180,9 +180,16 @@ void frmMain::initializeForm()
         if (instance_.progMode == modeDetail || instance_.progMode == modeNewLines || instance_.isMerged)
             watchParent();
         announceReady();
-        // A working run stays open on its lines: no report, no end.
-        if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank && instance_.command.verb != V::DayBalance)
+        if (instance_.command.verb == V::Merged) {
+            // A merged instance is its period report: the main window stays
+            // hidden, and the report's close ends the run.
+            shown_.visible = false;
+            QTimer::singleShot(0, this, [this] { guarded(QStringLiteral("openMergedReport"), [this] { openMergedReport(); }); });
+        } else if (instance_.command.verb != V::Open && instance_.command.verb != V::Bank
+                   && instance_.command.verb != V::DayBalance) {
+            // A working run stays open on its lines: no report, no end.
             timer3_.start();
+        }
         break;
     }
     }
@@ -286,9 +293,10 @@ void frmMain::Timer3_Timer()
     timer3_.stop();
     if (ended_)
         return;
-    if (ledger_.lines.empty() && instance_.progMode == modeDetail)
-        return;   // the detail of an empty selection opens on a new line (new lines)
-    if (instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogBadLines)
+    // The run of a file chosen in the open dialog is a repair: it reports
+    // and ends. A child instance stays for its user, who ends it: a detail
+    // child on its lines, a new-line child on its lines and buttons.
+    if (instance_.progMode != modeOpenedFile)
         return;
     ui_.msgBox(QStringLiteral("תיקון הקובץ הסתיים בהצלחה"), title);
     exitProg();

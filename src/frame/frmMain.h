@@ -186,6 +186,11 @@ public:
     // makePeriodReport: the main window disabled, a report window of the
     // period type ("m", "w", "d") asked of the view.
     void makePeriodReport(const QString& sPeriod);
+    // A merged instance's report, of the period its verb names.
+    void openMergedReport();
+    // The instance is a report alone (a merged one): its main window is
+    // never shown.
+    bool isReportOnly() const { return instance_.command.verb == StartCommand::Verb::Merged; }
     // The parts a report window works on: this file, the ui, the children.
     reports::ReportParts reportParts();
     // A report window closed: the main window enabled and refreshed, or the run ended.

@@ -18,6 +18,15 @@ void frmMain::makePeriodReport(const QString& sPeriod)
     emit periodReportRequested(sPeriod);
 }
 
+void frmMain::openMergedReport()
+{
+    // The verb of the merged report's line: month, week or day.
+    const QString& verb = instance_.command.mergedVerb;
+    makePeriodReport(verb == QLatin1String("ktrpw") ? QStringLiteral("w")
+                     : verb == QLatin1String("ktrpd") ? QStringLiteral("d")
+                                                       : QStringLiteral("m"));
+}
+
 reports::ReportParts frmMain::reportParts()
 {
     reports::ReportParts p{ledger_, instance_, ui_};

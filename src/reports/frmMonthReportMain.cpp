@@ -142,7 +142,44 @@ void frmMonthReportMain::timerList_Timer()
     startTimer(timer1_, timer1Ms, &frmMonthReportMain::Timer1_Timer);
 }
 
-void frmMonthReportMain::Timer1_Timer() { createReports(true, false); }
+void frmMonthReportMain::Timer1_Timer()
+{
+    createReports(true, false);
+    // The first report is built: the window is ready for its user.
+    QString text = shown_.caption + QStringLiteral(" | ") + shown_.txtFrom + QStringLiteral(" - ") + shown_.txtTo;
+    if (parts_.instance.isMerged)
+        text += QStringLiteral(" | merged");
+    // From the event loop, so a scripted click never runs inside the build.
+    QTimer::singleShot(0, &timer1_, [this, text] {
+        parts_.ui.windowReady(QStringLiteral("frmMonthReportMain"), text, [this](const QString& c) { clickControl(c); });
+    });
+}
+
+bool frmMonthReportMain::clickControl(const QString& name)
+{
+    using Click = void (frmMonthReportMain::*)();
+    static const std::pair<const char*, Click> clicks[] = {
+        {"cmdShow", &frmMonthReportMain::cmdShow_Click},
+        {"cmdSave", &frmMonthReportMain::cmdSave_Click},
+        {"cmdPrintPreview", &frmMonthReportMain::cmdPrintPreview_Click},
+        {"cmdToggleTaskpane", &frmMonthReportMain::cmdToggleTaskpane_Click},
+    };
+    for (const auto& [control, click] : clicks)
+        if (name == QLatin1String(control)) {
+            guarded(name + QStringLiteral("_Click"), [this, click] { (this->*click)(); });
+            return true;
+        }
+    if (name == QLatin1String("optKindsOrTypes0") || name == QLatin1String("optKindsOrTypes1")) {
+        const int index = name.endsWith(QLatin1Char('1')) ? 1 : 0;
+        guarded(QStringLiteral("optKindsOrTypes_Click"), [this, index] { optKindsOrTypes_Click(index); });
+        return true;
+    }
+    if (name == QLatin1String("cmdClose")) {
+        window_.closeWindow();
+        return true;
+    }
+    return false;
+}
 
 void frmMonthReportMain::createReports(bool isFirstTime, bool isFromCmdShow)
 {

@@ -55,6 +55,8 @@ public:
     // The print preview of the page, landscape, background colours by the
     // setting.
     virtual void printPreview(web::WebView& view, bool backgroundColors) { (void)view; (void)backgroundColors; }
+    // Closes the window as its close box does (Form_Unload follows).
+    virtual void closeWindow() {}
 };
 
 struct ReportParts {
@@ -144,6 +146,10 @@ public:
     void cmdToggleTaskpane_Click();
     // Closing: the page files go and the main window takes over.
     void Form_Unload();
+    // A control clicked by name, as a scripted run or a host clicks it:
+    // cmdShow, cmdSave, cmdPrintPreview, cmdToggleTaskpane,
+    // optKindsOrTypes0 and 1, cmdClose. False for any other name.
+    bool clickControl(const QString& name);
     // A text in txtMessage: "refresh", "closed", "nochange". False for any
     // other.
     bool txtMessage_Change(const QString& text);

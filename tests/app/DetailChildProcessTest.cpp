@@ -110,6 +110,10 @@ TEST_F(DetailChild, RefreshIsToldAndTheParentMayCloseIt)
     ASSERT_TRUE(startChild(child, QStringLiteral("2 01/03/2025 0.0000"), QStringLiteral("cmdRefresh")));
     ASSERT_TRUE(spinUntil([&] { return !heard.isEmpty(); }, 60000));
     EXPECT_EQ(heard, QStringList{QStringLiteral("refresh")});
+    // A child on its lines stays for its user: no report of a repair, no end.
+    spinUntil([&] { return child.process.state() == QProcess::NotRunning; }, 1500);
+    ASSERT_EQ(child.process.state(), QProcess::Running);
+    EXPECT_FALSE(child.prompts().join(QLatin1Char('\n')).contains(QStringLiteral("תיקון הקובץ")));
 
     const quint32 box = bus::findPublished(child.pid(), QStringLiteral("txtMessage"));
     ASSERT_NE(box, 0u);

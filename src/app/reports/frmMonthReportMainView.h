@@ -46,6 +46,7 @@ public:
     void setFocus(const QString& name) override;
     QString pageHtml(web::WebView& view) override;
     void printPreview(web::WebView& view, bool backgroundColors) override;
+    void closeWindow() override { close(); }
 
     // The preview dialog of the last printPreview while it is open (for a
     // look at it); null otherwise.
