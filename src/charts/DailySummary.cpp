@@ -1,5 +1,6 @@
 #include "charts/DailySummary.h"
 
+#include "base/CommandLine.h"
 #include "base/Format.h"
 #include "base/Instance.h"
 #include "base/Shown.h"
@@ -145,6 +146,16 @@ void DailySummary::msfgBank_EnterCell()
     following_ = true;
     p_.moveMainRow(mainRow);
     following_ = false;
+}
+
+void DailySummary::msfgBank_DblClick()
+{
+    const int day = msfgBank.Row() - 1;
+    if (!shown_.visible || day < 0 || day >= days_.nDaysInSummary || !p_.startChild)
+        return;
+    // Kind 2: every line of the date, unconverted.
+    p_.startChild(QStringLiteral("detail ") + idText(p_.instance.txtMessageId) + QStringLiteral(" 2 ")
+                  + formatDate224(days_.dateOf(day)) + QStringLiteral(" 0.0000 ") + p_.ledger.filePath);
 }
 
 void DailySummary::matchBankRowToMainRow()

@@ -56,6 +56,8 @@ struct DailySummaryParts {
     // Moves the main grid's cursor to a row as a user's move would (the
     // cell left, the row taken, the cell entered).
     std::function<void(int row)> moveMainRow;
+    // Starts a child instance with a verb line (a day's detail); null: none.
+    std::function<bool(const QString& theCommand)> startChild;
 };
 
 class DailySummary : public QObject {
@@ -78,6 +80,9 @@ public:
     // ---- the grids -----------------------------------------------------------
     // The day grid's cursor entered a row (the view moved it).
     void msfgBank_EnterCell();
+    // A double click on a day: the lines of that day in a detail child,
+    // which tells this window when it refreshed or closed.
+    void msfgBank_DblClick();
     // The main grid's cursor is on a new row: the day grid follows.
     void matchBankRowToMainRow();
     // The row the day grid's red line stands above (the zeroing date's

@@ -75,6 +75,9 @@ charts::DailySummaryParts frmMain::dailyParts()
                                          g.setTopRow(clipRowNum(row - g.visibleRows() / 2, g.Rows()));
                                          g.setRow(clipRowNum(row, g.Rows()));
                                          msfgMain_EnterCell();
+                                     },
+                                     [this](const QString& theCommand) {
+                                         return env_.children && env_.children->start(theCommand);
                                      }};
 }
 

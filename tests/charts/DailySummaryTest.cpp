@@ -143,6 +143,13 @@ TEST_F(SummaryRun, TheGridsFollowEachOtherAndCloseReturnsToTheGrid)
     d.msfgBank_EnterCell();
     EXPECT_EQ(g().Row(), 70);
     EXPECT_EQ(d.chartCenter(), 69);
+    // A double click on the day: all its lines, unconverted, in a detail
+    // child that answers to this window's box.
+    m->instance().txtMessageId = 0x1234abcd;
+    d.msfgBank_DblClick();
+    ASSERT_EQ(children.started.size(), 1);
+    EXPECT_EQ(children.started[0], QStringLiteral("detail 1234abcd 2 ") + formatDate224(m->ledger().lines[69].Date)
+                                       + QStringLiteral(" 0.0000 ") + file);
 
     // A hover on a point shows its date and balance.
     const int i = 69 - d.chartFirst();

@@ -76,6 +76,9 @@ DailySummaryView::DailySummaryView(frmMain& logic, std::function<void()> focusMa
     connect(bank_, &grid::GridView::cellEntered, this, [this](int, int) {
         m_.guarded(QStringLiteral("msfgBank_EnterCell"), [&] { m_.daily().msfgBank_EnterCell(); });
     });
+    connect(bank_, &grid::GridView::cellDoubleClicked, this, [this](int, int) {
+        m_.guarded(QStringLiteral("msfgBank_DblClick"), [&] { m_.daily().msfgBank_DblClick(); });
+    });
     connect(cmdClose_, &QPushButton::clicked, this, [this] { m_.clickControl(QStringLiteral("cmdClose")); });
     connect(&d, &charts::DailySummary::changed, this, &DailySummaryView::mirror);
     connect(&d, &charts::DailySummary::chartDrawn, chart_, qOverload<>(&QWidget::update));
