@@ -13,7 +13,7 @@ namespace {
 struct Case {
     const char* name;
     const char* before;     // plain SQLite run first, or nullptr
-    const char* statement;  // the statement, or several, one per line; %M% is the merged file's path
+    const char* statement;  // the statement, or several, one per line
     const char* check;      // plain SQLite on the file after; nullptr: the statement's own rows
     const char* expect;
     const char* pick = nullptr;  // with no check: the fields to show, by name; "(names)": the field names
@@ -167,15 +167,7 @@ const Case cases[] = {
      "[out]/-conv))) FROM pelkor,mergedBanks WHERE cint(zee)=[index] AND [date]<#3/16/2025#",
      nullptr, "1090|1100"},
 
-    // Operations of several statements, one per line, as the program runs
-    // them; "merged> " runs a line on the merged file's own connection.
-    {"FlowCopyThenBalancingLineNumbersItself", nullptr,
-     "SELECT * INTO tempPelkor from pelkor\n"
-     "INSERT INTO tempPelkor([detail],[in],[out],[date],[kind],[TypeNum],[zee]) values('(שורת איזון יתרה)',0,12.5,"
-     "#3/15/2025#,'-0',2,'coord0')\n"
-     "INSERT INTO tempPelkor([in],[out],[memo],[kind],[typeNum],[confirm],[detail],[date],[zee]) values(8,0,3,'+0',"
-     "1,' ','ריבית',#3/16/2025#,'coord1')",
-     "SELECT group_concat(id || ':' || zee) FROM tempPelkor WHERE id > 6", "7:coord0,8:coord1"},
+    // Operations of several statements, one per line, as the program runs them.
     {"FlowCancelledDialogPutsLinesBack", nullptr,
      "SELECT * INTO tempPelkor from pelkor\n"
      "UPDATE tempPelkor SET zee='coord9' WHERE id=3\n"
@@ -189,19 +181,6 @@ const Case cases[] = {
      "INSERT INTO tempPelkor SELECT * FROM savedPelkor",
      "SELECT group_concat(id || ':' || date || ':' || zee, ',') FROM (SELECT * FROM tempPelkor ORDER BY id)",
      "1:2025-03-01: ,2:2025-03-01: ,3:2025-03-02: ,4:2025-03-02: ,5:2025-03-15:ZZZZZZZZZZ,6:2025-03-20: "},
-    {"FlowFinalSwapKeepsNumbering", "CREATE TABLE bckpPelkor (id INTEGER PRIMARY KEY, detail TEXT)",
-     "SELECT * INTO tempPelkor from pelkor\n"
-     "INSERT into tempPelkor ([kind],[date],[confirm],[detail],[In],[out],[TypeNum],[zee],[memo]) Values('+0',"
-     "#3/20/2025#,' ','עיגול אגורות מול היתרה בבנק',0.01,0,1,' ','ללא צבע')\n"
-     "DROP TABLE bckpPelkor\n"
-     "SELECT * INTO bckpPelkor from pelkor\n"
-     "DROP TABLE pelkor\n"
-     "SELECT * INTO pelkor from tempPelkor\n"
-     "INSERT into pelkor([kind],[date],[confirm],[detail],[In],[out],[TypeNum],[zee],[memo]) Values('-1',#4/1/2025#,"
-     "' ','rent',0,300,7,' ','newline ללא צבע')",
-     "SELECT (SELECT count(*) FROM bckpPelkor), group_concat(id), (SELECT type FROM pragma_table_info('pelkor') "
-     "WHERE name='date') FROM pelkor",
-     "6|1,2,3,4,5,6,7,8|DATE"},
     {"FlowUpgradeNDays", oldDefaults,
      "SELECT * FROM Defaults\n"
      "ALTER TABLE Defaults ADD NDays INTEGER\n"
@@ -215,17 +194,6 @@ const Case cases[] = {
      "UPDATE Defaults SET AccountNum='0012345'\n"
      "SELECT iBank,AccountNum FROM Defaults",
      nullptr, "3|0012345"},
-    {"FlowMergedOpeningConverted", nullptr,
-     "SELECT * INTO pelkor0 IN \"%M%\" FROM pelkor\n"
-     "UPDATE pelkor0 IN \"%M%\" SET ZEE='0'\n"
-     "merged> SELECT * INTO pelkor FROM (SELECT id, kind, date, confirm, detail, [in], out, TypeNum, zee, memo, "
-     "[relate], IndTzefi FROM pelkor0 UNION SELECT id, kind, date, confirm, detail, [in], out, TypeNum, '1', memo, "
-     "[relate], IndTzefi FROM pelkor0)\n"
-     "merged> INSERT INTO mergedBanks([index],fileName,conv) VALUES(0,'a',0)\n"
-     "merged> INSERT INTO mergedBanks([index],fileName,conv) VALUES(1,'b',-4)\n"
-     "merged> SELECT sum(iif(conv=0,[in],iif(conv>0,[in]*conv,[in]/-conv))),sum(iif(conv=0,[out],iif(conv>0,"
-     "[out]*conv,[out]/-conv))) FROM pelkor,mergedBanks WHERE cint(zee)=[index] AND [date]<#3/15/2025#",
-     nullptr, "1337.5|375"},
 };
 
 class Statements : public StoreFile, public ::testing::WithParamInterface<Case> {};
@@ -233,28 +201,15 @@ class Statements : public StoreFile, public ::testing::WithParamInterface<Case> 
 TEST_P(Statements, HasItsEffect)
 {
     const Case& c = GetParam();
-    const QString merged = newFile(QStringLiteral("merged.pkr"), templateSchema());
     if (c.before && *c.before)
         cn.executeRaw(QString::fromUtf8(c.before));
-    QString statements = QString::fromUtf8(c.statement);
-    statements.replace(QLatin1String("%M%"), merged);
     Recordset rs;
-    Connection mergedCn;
     try {
-        for (QString statement : statements.split(QLatin1Char('\n'))) {
-            Connection* on = &cn;
-            if (statement.startsWith(QLatin1String("merged> "))) {
-                if (!mergedCn.isOpen())
-                    mergedCn.open(merged);
-                on = &mergedCn;
-                statement.remove(0, 8);
-            }
-            rs = on->execute(statement);
-        }
+        for (const QString& statement : QString::fromUtf8(c.statement).split(QLatin1Char('\n')))
+            rs = cn.execute(statement);
     } catch (const StoreError& e) {
         FAIL() << e.what();
     }
-    mergedCn.close();
     if (c.check) {
         EXPECT_EQ(raw(QString::fromUtf8(c.check)).toStdString(), std::string(c.expect)) << c.statement;
         return;
