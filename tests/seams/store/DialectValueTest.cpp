@@ -18,20 +18,13 @@ namespace {
 
 std::string sql(const char* s) { return translate(QString::fromUtf8(s)).sql.toStdString(); }
 
+// The forms no statement of the program's own shows the effect of; the
+// others are checked by what they do (StatementsTest).
 TEST(Dialect, RewritesNamesLiteralsAndFunctions)
 {
-    EXPECT_EQ(sql("SELECT * FROM mergedBanks ORDER BY index"),
-              "SELECT * FROM mergedBanks ORDER BY \"index\" COLLATE JETTEXT");
-    EXPECT_EQ(sql("SELECT [in] FROM t WHERE [date]<=#3/15/2025# AND x=true"),
-              "SELECT \"in\" FROM t WHERE \"date\" <= '2025-03-15' AND x = 1");
-    EXPECT_EQ(sql("SELECT Left(kind,1), Mid(kind,2), MID(kind,2,3), Len(kind) FROM t"),
-              "SELECT substr(kind, 1, 1), substr(kind, 2), substr(kind, 2, 3), length(kind) FROM t");
-    EXPECT_EQ(sql("SELECT a FROM t WHERE zee='coord9' ORDER BY 1 DESC"),
-              "SELECT a FROM t WHERE zee = 'coord9' COLLATE JETTEXT ORDER BY 1 DESC");
+    EXPECT_EQ(sql("SELECT MID(kind,2,3) FROM t WHERE zee='coord9' ORDER BY 1 DESC"),
+              "SELECT substr(kind, 2, 3) FROM t WHERE zee = 'coord9' COLLATE JETTEXT ORDER BY 1 DESC");
     EXPECT_EQ(sql("SELECT a & \"b\" FROM t WHERE n LIKE 'x*'"), "SELECT a || 'b' FROM t WHERE n LIKE 'x%'");
-    EXPECT_EQ(sql("DELETE * from t WHERE id = 3"), "DELETE from t WHERE id = 3");
-    EXPECT_EQ(sql("ALTER TABLE Defaults ADD AccountNum CHARACTER(50)"),
-              "ALTER TABLE Defaults ADD COLUMN AccountNum CHARACTER(50)");
     EXPECT_EQ(sql("SELECT x FROM (SELECT a FROM t ORDER BY a) ORDER BY x"),
               "SELECT x FROM (SELECT a FROM t ORDER BY a COLLATE JETTEXT) ORDER BY x COLLATE JETTEXT");
     EXPECT_EQ(sql("SELECT 'it''s' FROM t;"), "SELECT 'it''s' FROM t");
