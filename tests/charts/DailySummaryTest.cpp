@@ -1,6 +1,5 @@
-// The daily summary: lines folded into days and the day grid's cells, and
-// the mode in a working run: the chart's window of days, its caption, the
-// two grids following each other, and the close.
+// The daily summary: lines folded into days, and the mode in a working run
+// (the chart's window of days, the two grids following each other).
 #include "charts/DailySummary.h"
 #include "file/Display.h"
 #include "ledger/GridFixture.h"
