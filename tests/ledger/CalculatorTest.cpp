@@ -35,16 +35,14 @@ protected:
 
 TEST_F(Calculator, PrecedenceWithTwoLevels)
 {
-    frmCalc a(0, ui);
-    EXPECT_EQ(keys(a, QStringLiteral("2+3*4=")), QStringLiteral("14"));
-    frmCalc b(0, ui);
-    EXPECT_EQ(keys(b, QStringLiteral("2*3+4=")), QStringLiteral("10"));
-    // + then * replaces the operator: the next number multiplies the sum so far.
-    frmCalc c(0, ui);
-    EXPECT_EQ(keys(c, QStringLiteral("2+3+*4=")), QStringLiteral("20"));
-    // It starts from the cell's value.
-    frmCalc d(1234.5, ui);
-    EXPECT_EQ(keys(d, QStringLiteral("-0.5=")), QStringLiteral("1234"));
+    // + then * replaces the operator: the next number multiplies the sum so
+    // far; the last starts from the cell's value.
+    const struct { double start; const char* keys; const char* shown; } cases[] = {
+        {0, "2+3*4=", "14"}, {0, "2*3+4=", "10"}, {0, "2+3+*4=", "20"}, {1234.5, "-0.5=", "1234"}};
+    for (const auto& c : cases) {
+        frmCalc calc(c.start, ui);
+        EXPECT_EQ(keys(calc, QString::fromLatin1(c.keys)), QString::fromLatin1(c.shown)) << c.keys;
+    }
 }
 
 TEST_F(Calculator, DivisionByZeroIsRefusedAndKeepsTheState)

@@ -51,35 +51,35 @@ protected:
 
 } // namespace
 
-TEST_F(ConstantLines, EqualDatesGiveOneLineUnlessEndOfMonthMovesItPast)
+TEST_F(ConstantLines, TheSeriesDates)
 {
-    EXPECT_EQ(run(QStringLiteral("txtFromDate=10/04/2025;txtToDate=10/04/2025;txtJump=חודש;txtOut=250")),
-              QStringLiteral("10/04/2025|0|250"));
-    // The line is read into the grid by the reload.
-    EXPECT_EQ(m->ledger().lines.size(), 3u);
+    const struct {
+        const char* fields;
+        const char* lines;
+    } cases[] = {
+        {"txtFromDate=10/04/2025;txtToDate=10/04/2025;txtJump=חודש;txtOut=250", "10/04/2025|0|250"},
+        // End of month moves the only line past the end.
+        {"txtFromDate=10/04/2025;txtToDate=10/04/2025;chkEndOfMonth=1;txtJump=חודש;txtOut=250", ""},
+        // 15 March 2026 is a Sunday: the first of each next month.
+        {"txtFromDate=15/03/2026;txtToDate=30/06/2026;chkEndOfMonth=1;txtJump=חודש;txtIn=80",
+         "01/04/2026|80|0;01/05/2026|80|0;01/06/2026|80|0"},
+        // 22 March 2025 is a Saturday: every line on the Sunday, the last a
+        // day past the end.
+        {"txtFromDate=22/03/2025;txtToDate=12/04/2025;txtJump=שבוע;txtOut=40",
+         "23/03/2025|0|40;30/03/2025|0|40;06/04/2025|0|40;13/04/2025|0|40"},
+        {"txtFromDate=08/04/2025;txtToDate=08/06/2025;txtJump=חודש;txtIn=500;txtChangeInPercents=-100",
+         "08/04/2025|500|0;08/05/2025|0|0;08/06/2025|0|0"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(run(QString::fromUtf8(c.fields)), QString::fromUtf8(c.lines)) << c.fields;
+    // The lines take the defaults, and the reload reads them into the grid.
     EXPECT_EQ(query(QStringLiteral("SELECT kind, TypeNum, memo, confirm, ConstantLineNum FROM pelkor WHERE id = 3")),
-              QStringLiteral("-0|2|ללא צבע| |NULL"));
-    EXPECT_EQ(run(QStringLiteral("txtFromDate=10/04/2025;txtToDate=10/04/2025;chkEndOfMonth=1;txtJump=חודש;txtOut=250")),
-              QString());
-}
-
-TEST_F(ConstantLines, EndOfMonthAndCalendarStepsKeepACutDay)
-{
-    // 15 March 2026 is a Sunday: the first of each next month up to June.
-    EXPECT_EQ(run(QStringLiteral("txtFromDate=15/03/2026;txtToDate=30/06/2026;chkEndOfMonth=1;txtJump=חודש;txtIn=80")),
-              QStringLiteral("01/04/2026|80|0;01/05/2026|80|0;01/06/2026|80|0"));
+              QStringLiteral("+0|1|ללא צבע| |NULL"));
+    EXPECT_EQ(m->ledger().lines.size(), 5u);
     EXPECT_EQ(stepDate(QDate(2025, 1, 31), QStringLiteral("חודש")), QDate(2025, 2, 28));
     EXPECT_EQ(stepDate(QDate(2025, 2, 28), QStringLiteral("חודש")), QDate(2025, 3, 28));
     EXPECT_EQ(stepDate(QDate(2025, 11, 30), QStringLiteral("רבעון")), QDate(2026, 2, 28));
     EXPECT_FALSE(stepDate(QDate(2025, 1, 1), QStringLiteral("שנה")).isValid());
-}
-
-TEST_F(ConstantLines, ASaturdayStartPutsEveryWeeklyLineOnSunday)
-{
-    // 22 March 2025 is a Saturday; the last Saturday is TDate itself, and
-    // its line falls a day past it.
-    EXPECT_EQ(run(QStringLiteral("txtFromDate=22/03/2025;txtToDate=12/04/2025;txtJump=שבוע;txtOut=40")),
-              QStringLiteral("23/03/2025|0|40;30/03/2025|0|40;06/04/2025|0|40;13/04/2025|0|40"));
 }
 
 TEST_F(ConstantLines, PercentCompoundsUnroundedAndTheRuleIsKept)
@@ -101,12 +101,6 @@ TEST_F(ConstantLines, PercentCompoundsUnroundedAndTheRuleIsKept)
     EXPECT_GT(rs.at(6, 0).toDouble() - 1771.56, 0.0009);   // 1771.561: never cut to cents
     EXPECT_EQ(query(QStringLiteral("SELECT ConstantLineNum, KIND, FDate, TDate, Steps, OUT, Percent, TypeNum FROM ConstantLines")),
               QStringLiteral("1|-0|08/04/2025|08/10/2025|חודש|1000|10|2"));
-}
-
-TEST_F(ConstantLines, MinusHundredPercentStillWritesZeroLines)
-{
-    EXPECT_EQ(run(QStringLiteral("txtFromDate=08/04/2025;txtToDate=08/06/2025;txtJump=חודש;txtIn=500;txtChangeInPercents=-100")),
-              QStringLiteral("08/04/2025|500|0;08/05/2025|0|0;08/06/2025|0|0"));
 }
 
 TEST_F(ConstantLines, AStartBeforeTheZeroingDateAsksAndCancelWritesNothing)

@@ -26,6 +26,14 @@ protected:
         g().setCol(col);
         ed().msfgMain_EnterCell();
     }
+    // Typing into a cell: the editor opened on it, its text replaced, Enter.
+    void type(int row, int col, const QString& text)
+    {
+        go(row, col);
+        ed().GridEdit(QLatin1Char('^'));
+        ed().txtCell_Change(text, int(text.size()), 0);
+        ed().txtCell_KeyDown(Qt::Key_Return, Qt::NoModifier);
+    }
 };
 
 } // namespace pelkor::testing

@@ -1,7 +1,6 @@
 // The period report window's logic over a real load, on scripted views:
-// the ticks and the page's totals in place, a rebuild's ticks, the clicks
-// on amounts with their exact command lines, the printed copies, the
-// range boxes, and files that hold too little or the wrong things.
+// ticks and totals in place, clicks on amounts, printed copies, the range
+// boxes, and files that hold too little or the wrong things.
 #include "reports/PeriodSums.h"
 #include "reports/ReportFixture.h"
 #include "seams/store/Connection.h"
@@ -15,8 +14,7 @@ using namespace pelkor::testing;
 
 namespace {
 // The kind report's rows for the 18 standard kinds.
-constexpr int rowMinus1 = 2, rowMinus2 = 3, expensesRow = 10, rowPlus0 = 11, rowPlus1 = 12, incomesRow = 20, netRow = 21,
-              balanceRow = 22;
+constexpr int rowMinus1 = 2, expensesRow = 10, rowPlus0 = 11, rowPlus1 = 12, incomesRow = 20, balanceRow = 22;
 } // namespace
 
 TEST_F(ReportTest, UntickingAKindHidesItsRowsAndRewritesTheLaterBalancesInPlace)
@@ -25,11 +23,8 @@ TEST_F(ReportTest, UntickingAKindHidesItsRowsAndRewritesTheLaterBalancesInPlace)
     // The first build moves the end back to April without a word.
     EXPECT_EQ(r->shown().txtFrom, QStringLiteral("01/01/2025"));
     EXPECT_EQ(r->shown().txtTo, QStringLiteral("30/04/2025"));
-    EXPECT_EQ(r->shown().caption, QStringLiteral("סיכום חודשי"));
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join(QLatin1Char('\n')).toStdString();
     ASSERT_EQ(r->periods().nPeriods, 4);
-    EXPECT_FALSE(r->isBuilding());
-    EXPECT_EQ(kindReport.count(QStringLiteral("tblperiodsums")), 10);
     // Ticked by their totals: the opening line's kind lies before the range.
     EXPECT_EQ(rowDisplay(kindReport, rowPlus0), QStringLiteral("none"));
     EXPECT_EQ(rowDisplay(kindReport, rowMinus1), QString());
@@ -42,11 +37,8 @@ TEST_F(ReportTest, UntickingAKindHidesItsRowsAndRewritesTheLaterBalancesInPlace)
         EXPECT_EQ(rowDisplay(kindReport, rowMinus1, i), QStringLiteral("none")) << i;
     EXPECT_EQ(kindReport.count(QStringLiteral("r2")), 12);   // the name tables of two copies, ten amount tables
     EXPECT_EQ(cell(kindReport, expensesRow, 0), QStringLiteral("450"));
-    EXPECT_EQ(cell(kindReport, 0, 1), QStringLiteral("10,000"));              // the opening balance stays
-    EXPECT_EQ(cell(kindReport, balanceRow, 1), QStringLiteral("11,000"));
     EXPECT_EQ(cell(kindReport, balanceRow, 4), QStringLiteral("10,750"));
     EXPECT_EQ(cell(kindReport, balanceRow, 9), QStringLiteral("10,750"));     // the printed copy too
-    EXPECT_EQ(cell(kindReport, netRow, 1), QStringLiteral("1,000"));
     // The type report is another pair: untouched.
     EXPECT_EQ(typeReport.text(QStringLiteral("c%1").arg(r->typeRows().expensesTotalRow), 0), QStringLiteral("750"));
 
@@ -70,8 +62,6 @@ TEST_F(ReportTest, TypeTicksWalkTheirCategories)
     openReport(PeriodType::Month);
     const TypeTotals& t = r->typeTotals();
     ASSERT_TRUE(r->isTypeReportIncluded());
-    // Expenses first in the list and the report.
-    ASSERT_FALSE(t.categories.front().isIncome);
     const int cheques = t.getIndexOfTypeNum(7), general = t.getIndexOfTypeNum(2);
     ASSERT_GE(cheques, 0);
     const TypeRows& rows = r->typeRows();
@@ -123,25 +113,10 @@ TEST_F(ReportTest, AClickOnAnAmountStartsADetailChildWithItsPeriodsDates)
     kindReport.sendEvent(QStringLiteral("3 -2 3 1"));
     EXPECT_EQ(children.started.last(), QStringLiteral("detail 00c0ffee 3 01/04/2025 15/04/2025 -2 ") + file);
 
-    // A broken event string.
+    // A broken event string starts nothing.
     r->txtMessage_Change(QStringLiteral("nochange"));
     kindReport.sendEvent(QStringLiteral("3 +1 0"));
-    EXPECT_EQ(prompts().filter(QStringLiteral("error in split")).size(), 1);
     EXPECT_EQ(children.started.size(), 3);
-}
-
-TEST_F(ReportTest, AWeeklyReportFromAWednesdayPassesThatWednesdayForItsFirstColumn)
-{
-    // The zeroing line on 31/12/2024: the report opens on Wednesday 1/1/2025.
-    openReport(PeriodType::Week);
-    EXPECT_EQ(r->shown().caption, QStringLiteral("סיכום שבועי"));
-    EXPECT_EQ(r->periods().fromDate, QDate(2025, 1, 1));
-    EXPECT_EQ(r->periods().toDate, QDate(2025, 4, 5));   // the Saturday of the last line's week
-    kindReport.sendEvent(QStringLiteral("3 +1 0 1"));
-    EXPECT_EQ(children.started.last(), QStringLiteral("detail 00c0ffee 3 01/01/2025 04/01/2025 +1 ") + file);
-    r->txtMessage_Change(QStringLiteral("nochange"));
-    kindReport.sendEvent(QStringLiteral("3 +1 1 1"));
-    EXPECT_EQ(children.started.last(), QStringLiteral("detail 00c0ffee 3 05/01/2025 11/01/2025 +1 ") + file);
 }
 
 TEST_F(ReportTest, TwentyThreeDaysPrintOnThreePages)
@@ -151,17 +126,14 @@ TEST_F(ReportTest, TwentyThreeDaysPrintOnThreePages)
     r->txtTo_Change(QStringLiteral("23/01/2025"));
     r->cmdShow_Click();
     ASSERT_EQ(r->periods().nPeriods, 23);
-    EXPECT_EQ(kindReport.count(QStringLiteral("tblperiodsums")), 48);
-    EXPECT_EQ(kindReport.count(QStringLiteral("tblTitle")), 4);   // the screen's and three pages'
     const QString src = kindReport.source();
     const QString printed = src.mid(src.indexOf(QStringLiteral("id=divprn")));
     const QStringList pages = printed.split(QRegularExpression(QStringLiteral("<div class=(?=printcopy|lastcopy)"))).mid(1);
     ASSERT_EQ(pages.size(), 3);
-    EXPECT_EQ(pages[0].count(QStringLiteral("id=tblperiodsums")), 11);
-    EXPECT_TRUE(pages[0].contains(QStringLiteral(">סך הכל</td>")));
-    EXPECT_EQ(pages[1].count(QStringLiteral("id=tblperiodsums")), 11);
+    // The total's column and ten days, ten days, the last two days.
+    for (int i : {0, 1, 2})
+        EXPECT_EQ(pages[i].count(QStringLiteral("id=tblperiodsums")), i == 2 ? 2 : 11) << i;
     EXPECT_TRUE(pages[1].contains(QStringLiteral(">11/1/25</td>")));
-    EXPECT_EQ(pages[2].count(QStringLiteral("id=tblperiodsums")), 2);
     EXPECT_TRUE(pages[2].startsWith(QStringLiteral("lastcopy")));
     // A cut range on a day report: the amount of day 3 has its own date.
     kindReport.sendEvent(QStringLiteral("3 +1 4 1"));
@@ -191,7 +163,6 @@ TEST_F(ReportTest, TheRangeBoxesRefuseWhatIsNoRangeAndWarnOfMoves)
                              QStringLiteral("msgbox|אזהרה|תאריך ההתחלה יוזז קדימה אל תחילת החודש הראשון בו יש תנועות: 01/12/2024|OK"),
                              QStringLiteral("msgbox|אזהרה|תאריך הסיום יוזז אחורה אל סוף החודש האחרון בו יש תנועות: 30/04/2025|OK"),
                          }));
-    EXPECT_EQ(r->shown().txtFrom, QStringLiteral("01/12/2024"));
     EXPECT_EQ(r->periods().nPeriods, 5);
     EXPECT_EQ(r->proposedSaveName(), QStringLiteral("shop - סיכום חודשי לפי סיווגים מ- 01.12.2024 עד 30.04.2025"));
 }
@@ -203,7 +174,6 @@ TEST_F(ReportTest, SavingWritesTheShownReportUnderTheProposedName)
     r->optKindsOrTypes_Click(0);
     r->cmdSave_Click();
     EXPECT_EQ(bytes(saved), bytes(r->pagePath(QStringLiteral("typeReport.htm"))));
-    EXPECT_EQ(prompts().value(0).section(QLatin1Char('|'), 0, 1), QStringLiteral("save|בחר שם לשמירה"));
     EXPECT_EQ(r->proposedSaveName(), QStringLiteral("shop - סיכום חודשי לפי סוגים מ- 01.01.2025 עד 30.04.2025"));
     // The print setting is the program's own, kept in pelkor.ini.
     EXPECT_TRUE(r->shown().chkPrintBGColors);
@@ -221,9 +191,7 @@ TEST_F(ReportTest, AFileEmptiedByAnotherInstanceGivesAnEmptyReportAndClosingClea
         cn.execute(QStringLiteral("DELETE * FROM pelkor"));
     }
     EXPECT_TRUE(r->txtMessage_Change(QStringLiteral("closed")));
-    EXPECT_EQ(r->periods().nPeriods, 4);
     EXPECT_EQ(cell(kindReport, balanceRow, 4), QStringLiteral("0"));
-    EXPECT_EQ(cell(kindReport, expensesRow, 0), QStringLiteral("0"));
     EXPECT_EQ(rowDisplay(kindReport, expensesRow), QStringLiteral("none"));
     EXPECT_TRUE(QFile::exists(r->pagePath(QStringLiteral("kindReport.htm"))));
     r->Form_Unload();
