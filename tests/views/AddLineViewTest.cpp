@@ -4,6 +4,7 @@
 #include "app/ui/frmAddLineView.h"
 
 #include "file/LoadFixture.h"
+#include "views/ViewWait.h"
 
 #include <QDir>
 #include <QLineEdit>
@@ -76,8 +77,7 @@ TEST_F(AddLineView, EnterWalksTheFieldsAndOkWritesTheLine)
     EXPECT_TRUE(field("txtOut")->hasFocus());
     EXPECT_EQ(field("txtIn")->text(), QStringLiteral("250.00"));
 
-    QDir().mkpath(QStringLiteral(PELKOR_BINARY_DIR "/screenshots"));
-    view.grab().save(QStringLiteral(PELKOR_BINARY_DIR "/screenshots/frmAddLine.png"));
+    view.grab().save(shot(QStringLiteral("frmAddLine.png")));
 
     view.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     EXPECT_TRUE(logic.isClosed());

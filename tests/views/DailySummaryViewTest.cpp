@@ -6,23 +6,13 @@
 
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QElapsedTimer>
 
 #include "ViewFixture.h"
+#include "views/ViewWait.h"
 
 using namespace pelkor;
 using namespace pelkor::testing;
 
-namespace {
-// The event loop runs for ms: the chart's timers fire.
-void waitMs(int ms)
-{
-    QElapsedTimer t;
-    t.start();
-    while (t.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-} // namespace
 
 TEST_F(DemoWindowTest, DailySummaryShowsItsChartAndFollowsTheResize)
 {
@@ -38,11 +28,11 @@ TEST_F(DemoWindowTest, DailySummaryShowsItsChartAndFollowsTheResize)
     // The first drawing waits for the window; then the surface is the picture's size.
     auto* pic = view->findChild<ChartView*>(QStringLiteral("picChart"));
     ASSERT_NE(pic, nullptr);
-    waitMs(400);
+    pause(400);
     EXPECT_EQ(d.picChart.pointCount(), 61);
     EXPECT_EQ(QSize(d.picChart.Width(), d.picChart.Height()), pic->size());
     view->resize(1300, 800);
-    waitMs(100);
+    pause(100);
     EXPECT_EQ(QSize(d.picChart.Width(), d.picChart.Height()), pic->size());
     EXPECT_EQ(d.picChart.pointCount(), 61);   // drawn again at the new size
 
@@ -50,7 +40,7 @@ TEST_F(DemoWindowTest, DailySummaryShowsItsChartAndFollowsTheResize)
     const QPoint at(d.picChart.getPntX(30), d.picChart.getPntY(30));
     QMouseEvent move(QEvent::MouseMove, QPointF(at), pic->mapToGlobal(QPointF(at)), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(pic, &move);
-    waitMs(400);
+    pause(400);
     EXPECT_TRUE(d.chartHoverShown());
 
     // The scroll bar narrows the window.

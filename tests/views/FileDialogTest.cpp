@@ -3,11 +3,11 @@
 #include "app/ui/QtUi.h"
 
 #include "file/LoadFixture.h"
+#include "views/ViewWait.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeDatabase>
@@ -24,18 +24,9 @@
 #include "QtPrinters.h"
 
 using namespace pelkor;
+using pelkor::testing::waitFor;
 
 namespace {
-
-// Pumps events until done() holds or two seconds pass.
-bool waitFor(const std::function<bool()>& done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 2000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 // The cell at index painted by delegate d into a white image, laid out as
 // the view would lay out a cell of direction dir.
@@ -89,7 +80,7 @@ TEST(OpenDialog, PathsNamesSizesAndFiltersReadLeftToRight)
                 if (tree->model()->index(r, 0, root).data().toString() == QLatin1String("shop.pkr"))
                     size = tree->model()->index(r, 1, root);
             return size.isValid();
-        }));
+        }, 2000));
         QStyledItemDelegate plain;
         const QImage shown = paintCell(tree->itemDelegate(), tree, size, Qt::RightToLeft);
         EXPECT_EQ(shown, paintCell(&plain, tree, size, Qt::LeftToRight));

@@ -6,9 +6,9 @@
 #include "app/reports/frmMonthReportMainView.h"
 #include "app/web/QtWebView.h"
 #include "reports/ReportFixture.h"
+#include "views/ViewWait.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -19,26 +19,6 @@ using namespace pelkor;
 using namespace pelkor::testing;
 
 namespace {
-
-bool waitFor(const std::function<bool()>& pred, int ms = 30000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!pred() && t.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return pred();
-}
-
-void pause(int ms)
-{
-    waitFor([] { return false; }, ms);
-}
-
-QString shot(const QString& name)
-{
-    QDir().mkpath(QStringLiteral(PELKOR_BINARY_DIR "/screenshots"));
-    return QStringLiteral(PELKOR_BINARY_DIR "/screenshots/") + name;
-}
 
 class ReportWindowView : public LoadTest {};
 
@@ -52,7 +32,7 @@ TEST_F(ReportWindowView, ATickInTheLiveListHidesTheRowAndRewritesTheTotals)
     auto* view = new frmMonthReportMainView(m->reportParts(), reports::PeriodType::Month);
     QPointer<frmMonthReportMainView> alive(view);
     reports::frmMonthReportMain& r = view->logic();
-    ASSERT_TRUE(waitFor([&] { return r.shown().visible && !r.isBuilding(); }));
+    ASSERT_TRUE(waitFor([&] { return r.shown().visible && !r.isBuilding(); }, 30000));
     EXPECT_EQ(view->windowTitle(), QStringLiteral("סיכום חודשי"));
     web::QtWebView* report = view->report(1);
     web::QtWebView* list = view->list(1);
@@ -65,7 +45,7 @@ TEST_F(ReportWindowView, ATickInTheLiveListHidesTheRowAndRewritesTheTotals)
 
     // The user unticks "-1" (list row 1) in the list.
     list->execScript(QStringLiteral("document.querySelectorAll('[id=chkKind]')[1].click()"));
-    ASSERT_TRUE(waitFor([&] { return report->display(QStringLiteral("r2")) == QLatin1String("none"); }));
+    ASSERT_TRUE(waitFor([&] { return report->display(QStringLiteral("r2")) == QLatin1String("none"); }, 30000));
     EXPECT_FALSE(r.kindSums().checked[10]);
     EXPECT_EQ(report->text(QStringLiteral("c10"), 0), QStringLiteral("450"));
     EXPECT_EQ(report->text(QStringLiteral("c22"), 4), QStringLiteral("10,750"));

@@ -6,34 +6,20 @@
 #include "app/ui/frmSubtractFromTzefiView.h"
 #include "app/ui/frmTzefiView.h"
 #include "app/web/QtWebView.h"
+#include "views/ViewWait.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QPushButton>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 using namespace pelkor;
+using namespace pelkor::testing;
 
 namespace {
-
-bool waitFor(const std::function<bool()>& pred, int ms = 20000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!pred() && t.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return pred();
-}
-
-QString shot(const QString& name)
-{
-    QDir().mkpath(QStringLiteral(PELKOR_BINARY_DIR "/screenshots"));
-    return QStringLiteral(PELKOR_BINARY_DIR "/screenshots/") + name;
-}
 
 std::vector<TzefiCandidate> candidates()
 {

@@ -9,10 +9,10 @@
 #include "app/web/frmWaitMessageView.h"
 #include "ledger/GridFixture.h"
 #include "seams/web/Html.h"
+#include "views/ViewWait.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QLineEdit>
 #include <QWebEngineView>
@@ -21,22 +21,7 @@
 
 using namespace pelkor;
 using namespace pelkor::web;
-
-namespace {
-
-// Runs the event loop until pred holds or ms pass.
-bool waitFor(const std::function<bool()>& pred, int ms = 20000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!pred() && t.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return pred();
-}
-
-QString shot(const QString& name) { return QStringLiteral(PELKOR_BINARY_DIR "/screenshots/") + name; }
-
-} // namespace
+using namespace pelkor::testing;
 
 TEST(WebEngineView, ARowClickReachesTheHandlerOnlyOnceThePageIsComplete)
 {
@@ -96,8 +81,7 @@ TEST(WebEngineView, WaitNoticeShowsCentredWithItsWords)
     EXPECT_TRUE(w.isVisible());
     EXPECT_EQ(w.windowOpacity(), 1.0);
     EXPECT_EQ(w.wb().text(QStringLiteral("msg")), QStringLiteral("מחפש התאמות"));
-    waitFor([] { return false; }, 500);   // the first frames painted
-    QDir().mkpath(QStringLiteral(PELKOR_BINARY_DIR "/screenshots"));
+    pause(500);   // the first frames painted
     w.grab().save(shot(QStringLiteral("frmWaitMessage.png")));
     w.logic().close();
     EXPECT_FALSE(w.isVisible());

@@ -412,7 +412,7 @@ std::string_view GridModel::textUtf8(int r, int c) const
     if (cols_[size_t(c)].lengths[size_t(r)] == deferredMark) {
         if (isLiveColumn(c)) {
             // Made anew at every read, into the column's one scratch text.
-            auto& made = const_cast<std::string&>(cols_[size_t(c)].made);
+            std::string& made = cols_[size_t(c)].made;
             made.clear();
             if (source_)
                 appendUtf8(made, source_(r, c));

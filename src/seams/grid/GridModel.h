@@ -232,7 +232,7 @@ private:
         Align align = Align::General;
         int width = -1;
         LiveLook live;                        // a test: the column is live
-        std::string made;                     // a live column's last made text
+        mutable std::string made;             // a live column's last made text (a read makes it)
         void clearCache();
     };
 
