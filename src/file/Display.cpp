@@ -63,9 +63,10 @@ CellStyle sumStyle(const Line& L, double sum, std::uint32_t back)
 CellStyle cellStyle(const OpenLedger& led, int i, int col, std::uint32_t back)
 {
     const Line& L = led.lines[size_t(i)];
-    const std::uint32_t body = L.isPainted ? colors::markCell : back;
+    const std::uint32_t painted = !L.isConfirmed ? colors::markCell : L.isLit ? colors::confirmedLit : colors::confirmed;
+    const std::uint32_t body = L.isPainted ? painted : back;
     switch (col) {
-    case colMark: return CellStyle{colors::markCell, colors::text, false};
+    case colMark: return CellStyle{L.isPainted && L.isConfirmed ? painted : colors::markCell, colors::text, false};
     case colKind: return CellStyle{isRelated(L) ? colors::relateKind : body, colors::text, false};
     case colDate:
     case colConfirm:
@@ -198,7 +199,7 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
         led.alternatingIndexes[size_t(i)] = alternate;
         if (isLineConverted(led, inst, i))
             ++converted;
-        L.isPainted = false;   // the mark's colour comes last, below
+        L.isPainted = L.isConfirmed = L.isLit = false;   // the mark's colour comes last, below
         const std::uint32_t back = rowColor(led, inst, i, balancingId);
 
         // Styles now, texts when a row is first read (below).
@@ -236,9 +237,15 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
     return converted;
 }
 
-namespace {
-
-} // namespace
+void restyleLineRow(const OpenLedger& led, const Instance& inst, GridModel& g, int i, long long balancingLineID)
+{
+    if (i < 0 || i >= int(led.lines.size()) || i + 1 >= g.Rows())
+        return;
+    const std::uint32_t back = rowColor(led, inst, i, lineIdText(balancingLineID));
+    const int r = i + 1;
+    for (int c = colMark; c <= colType && c < g.Cols(); ++c)
+        g.setStyle(r, c, cellStyle(led, i, c, back));
+}
 
 void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, bool keepRedrawOff)
 {

@@ -50,6 +50,9 @@ inline constexpr std::uint32_t rowBack[2] = {rgb(255, 255, 255), rgb(227, 227, 2
 inline constexpr std::uint32_t balanceBack[2] = {rgb(255, 255, 153), rgb(255, 255, 79)};
 inline constexpr std::uint32_t converted = rgb(255, 128, 255);
 inline constexpr std::uint32_t markCell = rgb(244, 208, 230);
+// A line paired with the bank, and the lines of the pair under the cursor.
+inline constexpr std::uint32_t confirmed = rgb(220, 255, 220);
+inline constexpr std::uint32_t confirmedLit = rgb(110, 255, 110);
 // The balancing line's row, and the kind cell of a line with relate 99 or -1.
 inline constexpr std::uint32_t balancingLine = rgb(255, 255, 153);
 inline constexpr std::uint32_t relateKind = rgb(255, 255, 153);
@@ -124,6 +127,11 @@ struct SummaryLabels {
 // The sums of the colIn and colOut cells of the marked lines and their
 // count; all empty when none is marked or painted is null.
 SummaryLabels refreshMainSummaryLabels(const OpenLedger& led, const grid::GridModel& g, const PaintedIDs* painted);
+
+// Row i+1's cells from colMark through colType take their look anew from
+// the line (its row's background, marked or confirmed, related kind, colour
+// word), as after a change of the line's reconciliation look.
+void restyleLineRow(const OpenLedger& led, const Instance& inst, grid::GridModel& g, int i, long long balancingLineID = -1);
 
 // ---- the cursor -------------------------------------------------------------
 // What the grid shows of the cursor, between two moves. A load resets it.

@@ -30,7 +30,9 @@ struct TypeRec {
 };
 
 struct Line {
-    bool isPainted = false;
+    bool isPainted = false;   // marked or confirmed in a reconciliation
+    bool isConfirmed = false; // paired with the bank (with isPainted): green, "v"
+    bool isLit = false;       // confirmed and of the pair under the cursor
     QString Id;            // pelkor.id as text
     QString kind;          // stored form, sign in front
     QDate Date;            // nullDate() for an empty date

@@ -1,0 +1,175 @@
+#include "reconcile/AccountBinding.h"
+
+#include "base/Format.h"
+#include "base/Modes.h"
+#include "base/Titles.h"
+#include "base/Trace.h"
+#include "file/OpenLedger.h"
+#include "reconcile/BankFeed.h"
+#include "reconcile/frmSelectAccount.h"
+#include "seams/store/StoreError.h"
+#include "seams/ui/Ui.h"
+
+namespace pelkor::reconcile {
+
+using store::StoreError;
+
+QString bankInfoCaption(int iBank, const QString& accountNum)
+{
+    const QStringList& names = bankDisplayNames();
+    if (iBank < 0 || iBank >= names.size())
+        return {};
+    QString s = names[iBank] + QStringLiteral("   ");
+    if (accountNum.trimmed() != QLatin1String("(none)"))
+        s += QStringLiteral(" ") + accountNum.trimmed();
+    return s;
+}
+
+namespace {
+
+const QString none = QStringLiteral("(none)");
+
+class Binder {
+public:
+    explicit Binder(BindingParts& p) : p_(p), led_(p.ledger), t_(led_.trace, QStringLiteral("processDownloadedData")) {}
+
+    std::optional<store::Recordset> run()
+    {
+        try {
+            return bindAndRead();
+        } catch (const StoreError& e) {
+            t_.line(e.message());
+            p_.ui.msgBox(QStringLiteral("לא ניתן לקרוא את נתוני הבנק שהתקבלו.\n%1").arg(e.message()),
+                         pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+            return ending();
+        }
+    }
+
+private:
+    // The road of every failure: the feed closed, the importer released.
+    std::optional<store::Recordset> ending()
+    {
+        p_.feed.closeCnNew();
+        writeOkFile(p_.tempPath);
+        return std::nullopt;
+    }
+
+    std::optional<store::Recordset> bindAndRead()
+    {
+        led_.feedPath = feedFilePath(led_.iBank, led_.isSimulate, p_.tempPath, p_.programDir);
+        p_.feed.openCnNew(led_.feedPath);
+        store::Connection& cnNew = p_.feed.cnNew;
+        const QString table = feedTable(led_.iBank, led_.isSimulate);
+        if (!cnNew.tableExists(table))
+            throw StoreError(StoreError::Kind::Statement,
+                             QStringLiteral("בקובץ נתוני הבנק אין טבלה %1").arg(table));
+
+        QStringList accounts;
+        auto rs = cnNew.execute(QStringLiteral("SELECT DISTINCT accountNum FROM ") + table);
+        // Accounts that differ only in blanks around them are one account.
+        for (; !rs.eof(); rs.moveNext()) {
+            const QString a = RemoveNull(rs.field(0)).trimmed();
+            if (!accounts.contains(a))
+                accounts << a;
+        }
+
+        if (led_.accountNum.trimmed() == none) {
+            if (!bindFirstTime(accounts))
+                return ending();
+        } else {
+            followRename();
+        }
+
+        auto rows = cnNew.execute(accountRowsQuery(led_.iBank, led_.isSimulate, fixString(led_.accountNum)));
+        t_.line(QStringLiteral("rows in the feed: %1")
+                    .arg(cnNew.execute(QStringLiteral("SELECT COUNT(*) FROM ") + table).field(0).toString()));
+        if (rows.recordCount() > 0)
+            return rows;
+
+        if (accounts.isEmpty()) {
+            p_.ui.msgBox(QStringLiteral("לא נמצאו חשבונות"), pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+            return ending();
+        }
+        led_.accountNum = none;
+        frmSelectAccount dlg(QStringLiteral("החשבון ששויך לפלקור לא נמצא, או שלא נמצאו תנועות בתשעים הימים האחרונים.") +
+                                 QStringLiteral("נא שייך מחדש את חשבון הבנק לפלקור או לחץ לביטול ההתאמה."),
+                             accounts);
+        p_.ui.runDialog(dlg);
+        if (dlg.chosen().isEmpty())
+            return ending();
+        led_.accountNum = dlg.chosen();
+        led_.sql.executeSQL(t_.proc(), QStringLiteral("UPDATE Defaults SET AccountNum='%1'").arg(fixString(led_.accountNum)));
+        return cnNew.execute(accountRowsQuery(led_.iBank, led_.isSimulate, fixString(led_.accountNum)));
+    }
+
+    // An unbound file: the user picks the account. False when nothing was
+    // chosen.
+    bool bindFirstTime(const QStringList& accounts)
+    {
+        const QString file = p_.fileCaption.trimmed();
+        if (accounts.isEmpty()) {
+            p_.ui.msgBox(QStringLiteral(".לא נמצאו חשבונות"), pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+            return false;
+        }
+        if (accounts.size() == 1) {
+            const QString q = QStringLiteral("נמצא חשבון אחד:") + u'\n' + accounts.first() + u'\n' +
+                              QStringLiteral("האם ברצונך לשייך את '") + file + QStringLiteral("' ") +
+                              QStringLiteral("לחשבון זה?");
+            if (p_.ui.msgBox(q, pelkorTitle, ui::Buttons::YesNo) != ui::Answer::Yes)
+                return false;
+            led_.accountNum = accounts.first();
+        } else {
+            frmSelectAccount dlg(QStringLiteral("נמצאו %1 חשבונות.").arg(accounts.size()) + u'\n' +
+                                     QStringLiteral("לאיזה מהם ברצונך לשייך את '") + file + QStringLiteral("'?"),
+                                 accounts);
+            p_.ui.runDialog(dlg);
+            if (dlg.chosen().isEmpty())
+                return false;
+            led_.accountNum = dlg.chosen();
+        }
+        for (const char* alter : {"ALTER TABLE Defaults ADD iBank INTEGER", "ALTER TABLE Defaults ADD AccountNum CHARACTER(50)"}) {
+            try {
+                led_.sql.executeSQL(t_.proc(), QString::fromLatin1(alter));
+            } catch (const StoreError&) {
+                // The column is there already, as it mostly is.
+            }
+        }
+        if (led_.isSimulate)
+            return true;
+        store::Transaction tx(led_.cn);
+        led_.sql.executeSQL(t_.proc(), QStringLiteral("UPDATE Defaults SET iBank=%1").arg(led_.iBank + 1));
+        led_.sql.executeSQL(t_.proc(), QStringLiteral("UPDATE Defaults SET AccountNum='%1'").arg(fixString(led_.accountNum)));
+        tx.commit();
+        return true;
+    }
+
+    // A bound account that the bank renumbered: one rename is followed.
+    void followRename()
+    {
+        store::Connection& cnNew = p_.feed.cnNew;
+        if (!cnNew.tableExists(QStringLiteral("main")))
+            return;
+        auto rs = cnNew.execute(QStringLiteral("SELECT accountNum,description FROM main"));
+        const QString account = led_.accountNum.trimmed();
+        for (; !rs.eof(); rs.moveNext()) {
+            if (RemoveNull(rs.field(1)).trimmed() != account)
+                continue;
+            led_.accountNum = RemoveNull(rs.field(0)).trimmed();
+            led_.sql.executeSQL(t_.proc(), QStringLiteral("UPDATE Defaults SET AccountNum='%1'").arg(fixString(led_.accountNum)));
+            return;
+        }
+    }
+
+    BindingParts& p_;
+    OpenLedger& led_;
+    TraceScope t_;
+};
+
+} // namespace
+
+std::optional<store::Recordset> readBoundAccount(BindingParts& p)
+{
+    return Binder(p).run();
+}
+
+} // namespace pelkor::reconcile

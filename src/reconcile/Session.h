@@ -1,0 +1,170 @@
+// Session: a reconciliation's life in the main window.
+//
+// A session takes the file from its last agreed date (the zeroing date) to
+// the target date. It starts from the bank button: the screen splits, the
+// bank's rows come from the feed (for the demonstration file, or a file not
+// yet bound to a bank, through the bank menu page), the opening proof
+// compares the balances at the zeroing date, and when they agree the lines
+// are copied to the working table (tempPelkor) on which every editing
+// operation then works. The user pairs rows (RowLinks, Coordination); the
+// button again finishes: loose ends through dialogs, the closing proof at
+// the target date, and then the working table replaces the table of lines
+// in one transaction and the zeroing line moves on. Leaving any other way
+// leaves the table of lines as it was.
+//
+// The visual form (the menu's check mark off) shows the bank menu page
+// beside the grid and pairs nothing.
+//
+// What the window shows of a session is in SessionShown; the view mirrors
+// it. What only the window can do (reconnect, reload, move to the zeroing
+// line, move the zeroing mark, focus a grid, tell the outer host) comes in
+// as functions.
+//
+// Not here: the marks and pairs (RowLinks), pairing (Coordination), the
+// feed and binding (BankFeed, AccountBinding).
+#pragma once
+
+#include "reconcile/AccountBinding.h"
+#include "reconcile/BankFeed.h"
+#include "reconcile/BankGrid.h"
+#include "reconcile/Coordination.h"
+#include "reconcile/RowLinks.h"
+
+#include <QDate>
+#include <QString>
+
+#include <functional>
+
+namespace pelkor {
+struct Instance;
+struct MainGrid;
+struct OpenLedger;
+struct Shown;
+class WindowCalls;
+namespace ui { class Ui; }
+namespace web { class WebView; }
+}
+
+namespace pelkor::reconcile {
+
+// What the window shows of a session besides the two grids.
+struct SessionShown {
+    bool split = false;                   // the bank grid or the bank page beside the main grid
+    bool bankGridVisible = false;         // msfgBank
+    bool wbMainVisible = false;           // the bank menu page
+    bool lblBankInfoVisible = false;
+    QString lblBankInfo;
+    // The session's own controls.
+    bool cmdCoordinate = false;
+    bool cmdExitCoordination = false;
+    bool chkShowCoordinatedRows = false;
+    bool chkShowCoordinatedRowsValue = true;
+    bool cmdSetTargetDate = false;
+    bool cmdSpecialFind = false;
+    bool mnuFindMatches = false;
+    bool cmdGoToAutomaticCoordination = false;  // the file and the bank disagree
+    bool frmButton = false;
+    // The ledger's controls the session takes away.
+    bool ledgerButtonsHidden = false;     // cmdIpus, cmdSubtractFromTzefi, cmdTzefi, cmdClose; mnuSetIpusLine, mnuClose off
+    bool reportsHidden = false;           // cmdReport, cmdMonthReport, mnuReports
+    bool mnuOpenAnotherPelkorEnabled = true;
+    bool mnuMoveDatesEnabled = true;
+    bool cmdBankCoordinationEnabled = true;
+    // "התאמת בנק"; in a session "השלם התאמה" (automatic) or "יציאה" (visual).
+    QString mnuPerformBankCoordinationCaption = QStringLiteral("התאמת בנק");
+    QString cmdBankCoordinationCaption = QStringLiteral("התאמת בנק");
+    bool endCoordinationPicture = false;
+    // The sums of the marked rows under each grid.
+    MarkSummary mainMarks, bankMarks;
+};
+
+struct SessionParts {
+    OpenLedger& ledger;
+    Instance& instance;
+    MainGrid& main;
+    Shown& shown;
+    ui::Ui& ui;
+    WindowCalls& window;
+    web::WebView& wbMain;
+    QString tempPath;                     // ends with a separator
+    QString programDir;
+    QDate startDay;                       // the day the program started
+    std::function<void()> closeCn, reopenCon;
+    std::function<void()> goToIpusLine;   // cmdGoToIpusLine_Click
+    std::function<void()> updateIpus;     // the mark to the last line on or before ipusDate
+    std::function<void(bool mainGrid)> focusGrid;
+    std::function<void(const QString& text)> sendToExcel;
+    std::function<void()> playAgreed;     // the sound of an agreed proof
+    // Starts the statement importer for the bound bank; null: none here.
+    std::function<void()> callDataDownloader;
+};
+
+class Session {
+public:
+    explicit Session(SessionParts parts);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    SessionShown shown;
+    BankFeed feed;
+    BankGrid bank;
+    RowLinks links;
+    Coordination coord;
+    bool balancesMatch = false;
+    bool mustExitAfterCompletingCoordination = false;
+    bool chkSimulate = false;             // the feed as it lies, without a download
+    double balanceDiff = 0;
+    int iBankRowOnIpus = -1;
+    // Tells the window that the shown state changed.
+    std::function<void()> shownChanged;
+
+    // ---- the life of a session ------------------------------------------
+    // The bank button and its menu entry: starts a session, or finishes it.
+    void cmdBankCoordination_Click();
+    void switchToSplitScreen();
+    void doSplitScreen();
+    void switchToFullScreen();
+    void switchReallyToFullScreen();
+    // Leaves without finishing; the table of lines stays as it was.
+    void cmdExitCoordination_Click();
+    void cmdSetTargetDate_Click();
+    void chkShowCoordinatedRows_Click(bool show);
+    void cmdGoToAutomaticCoordination_Click();
+    // The window is closing during a session: false to keep it open (the
+    // user cancelled, or chose to finish first; the run then ends after
+    // the swap).
+    bool Form_QueryUnload();
+    // The bank menu page answered with a bank's index.
+    void clickEventHandler();
+    // A session is under way (the screen is split).
+    bool active() const { return shown.split; }
+    bool pairing() const { return balancesMatch; }
+
+    // ---- the bank's rows and the proofs ------------------------------------
+    void processDownloadedData();
+    // The opening proof, at the zeroing date.
+    void compareBalances();
+    // 1 agreed and open; 2 differ on the day; 3 no bank row on or before it;
+    // 4 the bank's last row before it is earlier; 5 agreed, nothing new.
+    int reallyCompareBalances(const QDate& tempIpusDate);
+    // The closing proof and the swap.
+    void compareFinalBalances();
+    void createTempTable();
+
+    // After every load of the lines while the screen is split.
+    void afterLoad(bool isRefresh);
+
+private:
+    void refreshSummaries();
+    void changed();
+    void showDisagreement(int lastRow);
+    void openPairing(int lastRow);
+    void positionBankGrid(int row);
+    void finalSwap();
+    bool rereadFeedIntoGrid();
+    void navigateBankMenu(bool automatic);
+
+    SessionParts p_;
+};
+
+} // namespace pelkor::reconcile
