@@ -105,6 +105,16 @@ QString FormatSum(double x)
     return QString::fromLatin1(p, int(b + sizeof b - p));
 }
 
+bool isSumTooLarge(double x)
+{
+    return !(std::round(std::fabs(x) * 100.0) <= std::round(maxSum * 100.0));
+}
+
+QString sumTooLargeMessage()
+{
+    return QStringLiteral("הסכום גדול מדי. הסכום המירבי הוא ") + isolated(FormatSum(maxSum));
+}
+
 double RemoveSumNull(const store::Value& v)
 {
     return v.isNull() ? 0.0 : v.toDouble();

@@ -35,6 +35,15 @@ QString twoDigits(int n);
 // rounding to cents happens first, so -0.001 reads "0.00-": the sign tells
 // the user the sum was below zero even when it rounds away.
 QString FormatSum(double x);
+// The largest sum a line, a recurring line or the calculator gives: a
+// double holds every agora of a sum below 10^13 (ten thousand billion),
+// and not beyond. A larger sum is refused, never stored rounded.
+inline constexpr double maxSum = 9999999999999.99;
+// x rounds to more agorot than maxSum holds, either way (or is no finite
+// number).
+bool isSumTooLarge(double x);
+// The refusal of such a sum, naming the limit: "הסכום גדול מדי. ...".
+QString sumTooLargeMessage();
 // Null -> 0, else the value as a double.
 double RemoveSumNull(const store::Value& v);
 // Null -> "", else the value as text.

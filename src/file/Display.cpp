@@ -18,10 +18,11 @@ namespace {
 
 bool isRelated(const Line& L) { return L.relate == 99 || L.relate == -1; }
 
-// The credit test: a balance below theCredit is over the credit line. In
-// whole cents, as the sums are: a balance that reaches the credit line
-// exactly is not over it, whatever the last binary digit says.
-bool isOverCredit(double balance, double credit) { return balance - credit < -0.005; }
+// The credit test: a balance below theCredit is over the credit line. It
+// judges the same double the cell prints, so a balance that prints with
+// its sign behind ("0.00-" against a credit of 0) is red, and one that
+// prints without it is black.
+bool isOverCredit(double balance, double credit) { return balance - credit < 0; }
 
 QString dateText(const QDate& d) { return d == nullDate() ? QString() : formatDate224(d); }
 
@@ -184,15 +185,12 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
     const QString balancingId = lineIdText(balancingLineID);
     const int lastPainted = g.Cols() - 2;   // the marked colour stops short of the last column
     led.alternatingIndexes.assign(size_t(n), 0);
-    led.balances.assign(size_t(n), 0);
-    double balance = 0;
+    led.balances.clear();
     std::uint8_t alternate = 0;
     int converted = 0;
     for (int i = 0; i < n; ++i) {
         Line& L = led.lines[size_t(i)];
         const int r = clipRowNum(i + 1, g.Rows());
-        balance = nextBalance(balance, L);
-        led.balances.set(size_t(i), balance);
         // The fixed cell and colMark stay empty, as clear() left them.
         if (i > 0 && L.Date != led.lines[size_t(i) - 1].Date)
             alternate ^= 1;
@@ -209,8 +207,9 @@ int drawLoad(OpenLedger& led, const Instance& inst, GridModel& g, long long bala
         g.setStyle(r, colIn, cellStyle(led, i, colIn, back));
         g.setStyle(r, colOut, cellStyle(led, i, colOut, back));
         g.setStyle(r, colType, cellStyle(led, i, colType, back));
+        // The balance cell's back colour; its text and look are live (below).
         if (withBalance)
-            g.setStyle(r, colBalance, balanceStyle(led, balance, colors::balanceBack[alternate]));
+            g.setStyle(r, colBalance, CellStyle{colors::balanceBack[alternate], colors::text, false});
         if (painted && painted->contains(L.Id)) {
             L.isPainted = true;
             for (int c = colKind; c <= lastPainted; ++c)
@@ -251,33 +250,28 @@ void CalcBalances(OpenLedger& led, const Instance& inst, GridModel& g, int start
 {
     if (inst.hasNoBalance())
         return;
-    // The cells are written by address: the cursor need not visit them,
-    // so Row and Col stay as they are.
     g.setRedraw(false);
     if (startRow < 1)
         startRow = 1;
-    const int lastRow = std::min(g.Rows() - 1, int(led.lines.size()));
-    led.balances.resize(led.lines.size());
-    double balance = startRow == 1 ? 0 : cellNumber(g, clipRowNum(startRow - 1, g.Rows()), colBalance);
-    for (int r = startRow; r <= lastRow; ++r) {
-        balance = nextBalance(balance, led.lines[size_t(r) - 1]);
-        led.balances.set(size_t(r) - 1, balance);
-    }
+    // The balances from the row on are worked out again when read, from the
+    // balance above, as a load adds them.
+    led.balances.staleFrom(size_t(startRow) - 1);
     // A text written into a balance cell would hide the new balance.
+    const int lastRow = std::min(g.Rows() - 1, int(led.lines.size()));
     g.deferTexts(startRow, lastRow, colBalance, colBalance);
     g.refresh();
     if (!keepRedrawOff)
         g.setRedraw(true);
 }
 
-void shiftBalances(OpenLedger& led, const Instance& inst, GridModel& g, int startRow, double delta)
+void sumsChanged(OpenLedger& led, const Instance& inst, GridModel& g, int row)
 {
     if (inst.hasNoBalance())
         return;
-    // The balance column is live: the move is remembered, and every cell
-    // shows it when next read.
+    // The live column shows the new balances when next read: no cell is
+    // written, none of the rows below is visited.
     g.setRedraw(false);
-    led.balances.shiftFrom(size_t(std::max(startRow, 1)) - 1, delta);
+    led.balances.staleFrom(size_t(std::max(row, 1)) - 1);
     g.refresh();
     g.setRedraw(true);
 }

@@ -7,16 +7,17 @@
 // under the grid. It writes only to a grid::GridModel and to the balance
 // and alternation fields of the open ledger's lines; the view paints the model.
 //
-// The running balance is computed in one place (nextBalance, the credit
-// test and the text source's balance text), which both a load's drawing
-// and CalcBalances use, so a recomputation from the first row gives
-// exactly what the load showed.
+// The running balance is the open ledger's balances (file/RunningBalances):
+// one double per line that the balance cell's text, its colour and the
+// credit test all read, added up in display order as a load adds them, so
+// a balance after any number of edits is what a fresh load shows.
 //
 // Not here: reading the lines (file/Loader), what the cursor's move does
 // to the ledger besides the cells (editing), and the widgets.
 #pragma once
 
 #include "file/Lines.h"
+#include "file/RunningBalances.h"
 #include "base/Format.h"
 
 #include <QSet>
@@ -83,32 +84,29 @@ bool isLineConverted(const OpenLedger& led, const Instance& inst, int i);
 // alternatingIndexes[i].
 std::uint32_t getRowBackColor(const OpenLedger& led, const Instance& inst, int i);
 
-// The balance after line L, given the balance before it. Sums are added in
-// display order, as doubles, In first.
-inline double nextBalance(double before, const Line& L) { return before + L.In - L.out; }
-
 // Draws a load into g: shape (a header row, a fixed column, a row per
-// line), header, and every cell. Fills balances[i], lines[i].isPainted
-// and alternatingIndexes. balancingLineID is the id of progMode 4's
-// balancing line, -1 for none; painted the marked ids, null for none.
+// line), header, and every cell. Sets lines[i].isPainted and
+// alternatingIndexes; every balance is worked out anew when read.
+// balancingLineID is the id of progMode 4's balancing line, -1 for none;
+// painted the marked ids, null for none.
 // Redraw is off while it runs and comes back as the caller had it.
 // Returns how many lines are converted.
 int drawLoad(OpenLedger& led, const Instance& inst, grid::GridModel& g, long long balancingLineID = -1, const PaintedIDs* painted = nullptr);
 
-// Recomputes the balance from grid row startRow to the last: from 0 at
-// row 1, else from the balance cell above startRow read back as a number.
-// Writes balances[] of every row from startRow on. The balance column is
-// live (drawLoad made it so): its cells show balances[] and its credit
-// test's look whenever they are read, so nothing is written into them and
-// the texts of rows that do not show are never made; a text written into
-// one of them is dropped. Nothing in progMode 3 and 4. Redraw is turned
-// on at the end unless keepRedrawOff; the model tells its listeners of
-// one change.
+// After the sums of the line of grid row startRow changed (or the lines
+// from it on): the balances from that row on are worked out again from
+// the balance above it when next read. The balance column is live
+// (drawLoad made it so): its cells show balances[] and the credit test's
+// look whenever they are read, so nothing is written into them and the
+// texts of rows that do not show are never made; a text written into one
+// of them is dropped. Nothing in progMode 3 and 4. Redraw is turned on at
+// the end unless keepRedrawOff; the model tells its listeners of one
+// change.
 void CalcBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, bool keepRedrawOff = false);
-// The same after one line's net (In less out) moved by delta: every
-// balance from startRow on moves by delta, with no line read and no cell
-// written.
-void shiftBalances(OpenLedger& led, const Instance& inst, grid::GridModel& g, int startRow, double delta);
+// The same after an edit of the sums of the line of grid row row, where no
+// text was written into a balance cell: no cell is visited, so the cost is
+// the same at any size.
+void sumsChanged(OpenLedger& led, const Instance& inst, grid::GridModel& g, int row);
 
 // ---- totals under the grid ------------------------------------------------
 struct Totals {

@@ -29,22 +29,23 @@ struct TypeRec {
     bool isIncome = false; // the group's InOut is 1
 };
 
+// The small fields first and together: a ledger holds many of these.
 struct Line {
     bool isPainted = false;   // marked or confirmed in a reconciliation
     bool isConfirmed = false; // paired with the bank (with isPainted): green, "v"
     bool isLit = false;       // confirmed and of the pair under the cursor
-    QString Id;            // pelkor.id as text
-    QString kind;          // stored form, sign in front
+    bool isTzefi = false;
+    int TypeNum = -1;      // -1 for Null
+    int relate = 0;
     QDate Date;            // nullDate() for an empty date
-    QString confirm;       // never empty: at least one blank
-    QString detail;
     double In = 0;         // converted (convNum)
     double out = 0;
+    QString Id;            // pelkor.id as text
+    QString kind;          // stored form, sign in front
+    QString confirm;       // never empty: at least one blank
+    QString detail;
     QString Type;          // the type's name; empty when TypeNum is Null
-    int TypeNum = -1;      // -1 for Null
     QString Memo;          // colour word
-    bool isTzefi = false;
-    int relate = 0;
     QString zee;
 };
 

@@ -41,9 +41,9 @@ struct OpenLedger {
     // What a load reads.
     Catalogue catalogue;
     std::vector<Line> lines;               // display order; grid row i+1 holds lines[i]
-    // The running balance after lines[i], kept apart from the lines: an
-    // edited sum moves every balance below it without touching them.
-    RunningBalances balances;
+    // The running balance after lines[i], worked out from the lines when
+    // read; an edited sum marks the balances from its line on stale.
+    RunningBalances balances{lines};
     std::vector<std::uint8_t> alternatingIndexes;   // per line: the date band's background (0/1)
     std::vector<int> mergedBankIndexes;    // merged file: the bank file of each line
     QStringList bankFileNames;             // merged file: its banks' files

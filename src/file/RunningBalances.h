@@ -1,113 +1,72 @@
 // RunningBalances: the balance after each line, in display order.
 //
-// An edited sum moves every balance below its line by the same amount.
-// That move is remembered (from which line, by how many cents) rather
-// than written into every entry: a read adds the whole cents of the moves
-// that reach its line. Cents add exactly in any order, so a read gives the
-// same number before and after the moves are folded into the entries,
-// which happens once a few of them gather and before anything changes the
-// number of entries: a read never adds more than a few. A move that is not
-// a whole number of cents (a converted amount) is written at once.
+// The balance of line i is In less out of every line from the first to i,
+// added as doubles in display order from 0 (nextBalance), as a load adds
+// them. That one number is what the balance cell prints, what colours it
+// and what the credit test judges; nothing else is kept beside it.
+//
+// An edited sum makes every balance from its line on stale. Stale balances
+// are worked out again when one of them is next read, from the first stale
+// one down to the one read, by the same additions in the same order, so a
+// read gives the digits a fresh load of the same lines gives. An edit near
+// the top of a long ledger therefore costs nothing until the rows below it
+// are read (a view reads the rows that show).
 #pragma once
 
+#include "file/Lines.h"
+
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <vector>
 
 namespace pelkor {
 
+// The balance after line L, given the balance before it. Sums are added in
+// display order, as doubles, In first.
+inline double nextBalance(double before, const Line& L) { return before + L.In - L.out; }
+
 class RunningBalances {
 public:
-    std::size_t size() const { return base_.size(); }
-    bool empty() const { return base_.empty(); }
+    // Follows lines: one balance per line, whatever the count.
+    explicit RunningBalances(const std::vector<Line>& lines) : lines_(lines) {}
+    RunningBalances(const RunningBalances&) = delete;
+    RunningBalances& operator=(const RunningBalances&) = delete;
+
+    std::size_t size() const { return lines_.size(); }
+    bool empty() const { return lines_.empty(); }
 
     double operator[](std::size_t i) const
     {
-        long long cents = 0;
-        for (const Move& m : moves_)
-            if (i >= m.from)
-                cents += m.cents;
-        return cents == 0 ? base_[i] : base_[i] + double(cents) / 100;
+        if (i >= fresh_ || values_.size() != lines_.size())
+            workOut(i);
+        return values_[i];
     }
-    double back() const { return (*this)[base_.size() - 1]; }
+    double back() const { return (*this)[lines_.size() - 1]; }
 
-    void set(std::size_t i, double v)
-    {
-        fold();
-        base_[i] = v;
-    }
-    void clear()
-    {
-        base_.clear();
-        moves_.clear();
-    }
-    void assign(std::size_t n, double v)
-    {
-        base_.assign(n, v);
-        moves_.clear();
-    }
-    void resize(std::size_t n)
-    {
-        fold();
-        base_.resize(n);
-    }
-    void push_back(double v)
-    {
-        fold();
-        base_.push_back(v);
-    }
-
-    // Every balance from entry from on moves by delta.
-    void shiftFrom(std::size_t from, double delta)
-    {
-        if (from >= base_.size() || delta == 0)
-            return;
-        const double cents = std::round(delta * 100);
-        if (std::abs(delta * 100 - cents) > 1e-6 || std::abs(cents) > 1e15) {
-            fold();
-            for (std::size_t i = from; i < base_.size(); ++i)
-                base_[i] += delta;
-            return;
-        }
-        if (!moves_.empty() && moves_.back().from == from) {
-            moves_.back().cents += (long long)cents;   // the same line edited again
-            return;
-        }
-        if (moves_.size() == maxMoves)
-            fold();
-        moves_.push_back({from, (long long)cents});
-    }
-    // How many moves wait to be folded.
-    std::size_t pendingMoves() const { return moves_.size(); }
+    // The sums of line i changed, or lines from i on were added, removed or
+    // replaced: the balances from i on are worked out again when read.
+    void staleFrom(std::size_t i) { fresh_ = std::min(fresh_, i); }
+    // Every balance is stale (a load replaced the lines).
+    void clear() { fresh_ = 0; }
 
 private:
-    struct Move {
-        std::size_t from;
-        long long cents;
-    };
-    static constexpr std::size_t maxMoves = 32;
-
-    // Writes the waiting moves into the entries: one pass from the first
-    // line any of them reaches, each entry given what a read adds.
-    void fold()
+    void workOut(std::size_t i) const
     {
-        if (moves_.empty())
-            return;
-        std::sort(moves_.begin(), moves_.end(), [](const Move& a, const Move& b) { return a.from < b.from; });
-        long long cents = 0;
-        std::size_t k = 0;
-        for (std::size_t i = moves_.front().from; i < base_.size(); ++i) {
-            while (k < moves_.size() && moves_[k].from <= i)
-                cents += moves_[k++].cents;
-            if (cents != 0)
-                base_[i] += double(cents) / 100;
+        const std::size_t n = lines_.size();
+        if (values_.size() != n) {
+            fresh_ = std::min(fresh_, std::min(values_.size(), n));
+            values_.resize(n);
         }
-        moves_.clear();
+        double balance = fresh_ == 0 ? 0 : values_[fresh_ - 1];
+        const Line* L = lines_.data();
+        for (std::size_t k = fresh_; k <= i && k < n; ++k)
+            values_[k] = balance = nextBalance(balance, L[k]);
+        fresh_ = std::max(fresh_, std::min(i + 1, n));
     }
 
-    std::vector<double> base_;
-    std::vector<Move> moves_;
+    const std::vector<Line>& lines_;
+    mutable std::vector<double> values_;
+    mutable std::size_t fresh_ = 0;   // values_[0, fresh_) are up to date
 };
 
 } // namespace pelkor

@@ -2,10 +2,13 @@
 #include "ledger/ConstantTransactions.h"
 
 #include "base/Format.h"
+#include "base/Titles.h"
 #include "file/OpenLedger.h"
 #include "seams/store/Connection.h"
 #include "seams/store/Value.h"
 #include "seams/ui/Ui.h"
+
+#include <vector>
 
 namespace pelkor {
 
@@ -56,10 +59,43 @@ AddLinesOutcome addLines(OpenLedger& led, ui::Ui& ui, const ConstantRule& r)
 {
     AddLinesOutcome outcome;
     const Line& L = r.theLine;
-    double curIn = L.In, curOut = L.out;
-    if (curIn == 0 && curOut == 0)
+    if (L.In == 0 && L.out == 0)
         return outcome;
-    QDate curDate = r.FDate;
+
+    // The series first: each line's date and sums.
+    struct Step {
+        QDate date;
+        double in, out;
+    };
+    std::vector<Step> series;
+    bool wrongJump = false;
+    const double factor = 1 + r.percent / 100;
+    double curIn = L.In, curOut = L.out;
+    for (QDate curDate = r.FDate;;) {
+        QDate lineDate = curDate;
+        if (r.endOfMonth)
+            lineDate = QDate(lineDate.year(), lineDate.month(), 1).addMonths(1);
+        if (lineDate > r.TDate)
+            break;
+        if (curDate.dayOfWeek() == Qt::Saturday)
+            lineDate = lineDate.addDays(1);
+        series.push_back({lineDate, curIn, curOut});
+        curDate = stepDate(curDate, r.jump);
+        if (!curDate.isValid()) {
+            wrongJump = true;
+            break;
+        }
+        curIn *= factor;
+        curOut *= factor;
+    }
+    // A sum grown past what a line holds refuses the whole series.
+    for (const Step& s : series) {
+        if (isSumTooLarge(s.in) || isSumTooLarge(s.out)) {
+            ui.msgBox(sumTooLargeMessage(), errorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+            outcome.result = AddLinesResult::SumTooLarge;
+            return outcome;
+        }
+    }
     if (led.ipusDate.isValid() && r.FDate < led.ipusDate
         && ui.msgBox(QStringLiteral("תאריך ההתחלה שמילאת מוקדם מתאריך האיפוס"), QStringLiteral("אזהרה"),
                      ui::Buttons::OKCancel, ui::Icon::Exclamation)
@@ -67,7 +103,6 @@ AddLinesOutcome addLines(OpenLedger& led, ui::Ui& ui, const ConstantRule& r)
         outcome.result = AddLinesResult::Cancelled;
         return outcome;
     }
-    const double factor = 1 + r.percent / 100;
     const int typeNum = led.catalogue.typeNumOf(L.Type);
 
     store::Transaction tx(led.cn);
@@ -80,28 +115,17 @@ AddLinesOutcome addLines(OpenLedger& led, ui::Ui& ui, const ConstantRule& r)
     const QString fixedFront = QStringLiteral("INSERT into %1(%2) Values(%3'%4',").arg(led.linesTable, columns, ruleValue, fixString(L.kind));
     const QString fixedMiddle = QStringLiteral(",'%1','%2',").arg(orBlank(L.confirm), orBlank(L.detail));
     const QString fixedBack = QStringLiteral(",%1,' ','%2',%3)").arg(typeNum).arg(fixString(L.Memo), boolText(L.isTzefi));
-    outcome.result = AddLinesResult::Written;
-    for (;;) {
-        QDate lineDate = curDate;
-        if (r.endOfMonth)
-            lineDate = QDate(lineDate.year(), lineDate.month(), 1).addMonths(1);
-        if (lineDate > r.TDate)
-            break;
-        if (curDate.dayOfWeek() == Qt::Saturday)
-            lineDate = lineDate.addDays(1);
-        led.sql.executeSQL(proc, fixedFront + formatDateForSQL(lineDate) + fixedMiddle + plain(curIn) + QLatin1Char(',')
-                                     + plain(curOut) + fixedBack);
+    for (const Step& s : series) {
+        led.sql.executeSQL(proc, fixedFront + formatDateForSQL(s.date) + fixedMiddle + plain(s.in) + QLatin1Char(',')
+                                     + plain(s.out) + fixedBack);
         ++outcome.linesWritten;
-        curDate = stepDate(curDate, r.jump);
-        if (!curDate.isValid()) {
-            ui.msgBox(QStringLiteral("wrong jump"), QStringLiteral("פלקור"));
-            outcome.result = AddLinesResult::WrongJump;
-            break;
-        }
-        curIn *= factor;
-        curOut *= factor;
     }
     tx.commit();
+    outcome.result = AddLinesResult::Written;
+    if (wrongJump) {
+        ui.msgBox(QStringLiteral("wrong jump"), QStringLiteral("פלקור"));
+        outcome.result = AddLinesResult::WrongJump;
+    }
     return outcome;
 }
 

@@ -40,6 +40,7 @@ enum class AddLinesResult {
     Cancelled,        // the start lies before the zeroing date and the user said Cancel
     Written,          // the series is in the file (possibly no line: dates past TDate)
     WrongJump,        // a step the generation does not know: the lines before it are written
+    SumTooLarge,      // a sum of the series is more than a line holds: the user told, nothing written
 };
 
 struct AddLinesOutcome {
@@ -47,7 +48,7 @@ struct AddLinesOutcome {
     int linesWritten = 0;
     int ruleNumber = -1;   // the ConstantLines row, when saved
     // True when the dialog is to close and the file to be reloaded.
-    bool closes() const { return result != AddLinesResult::Cancelled; }
+    bool closes() const { return result != AddLinesResult::Cancelled && result != AddLinesResult::SumTooLarge; }
 };
 
 // The date a step of jump takes from d; an invalid date for a jump word
@@ -61,8 +62,10 @@ QDate stepDate(const QDate& d, const QString& jump);
 // first of the month after it; the series ends when lineDate passes TDate;
 // a curDate on a Saturday moves its line to the Sunday (the test is on
 // curDate, so such a line may fall a day past TDate); the sums are
-// multiplied by 1 + percent/100 at each step, never rounded. A store
-// failure rolls the whole series back and reaches the caller.
+// multiplied by 1 + percent/100 at each step, never rounded. A series
+// whose sums grow past what a line holds is refused whole, before any
+// question. A store failure rolls the whole series back and reaches the
+// caller.
 AddLinesOutcome addLines(OpenLedger& ledger, ui::Ui& ui, const ConstantRule& rule);
 
 } // namespace pelkor

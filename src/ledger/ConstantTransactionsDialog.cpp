@@ -216,6 +216,8 @@ bool frmConstantTransactions::commit(const QString& field)
         if (!parseSum(text, v))
             return refuse(field, in ? QStringLiteral("המספר בשדה ההכנסה אינו חוקי")
                                     : QStringLiteral("המספר בשדה ההוצאה אינו חוקי"));
+        if (isSumTooLarge(v))
+            return refuse(field, sumTooLargeMessage());
         (in ? L.In : L.out) = v;
         show(field, FormatSum(v));
         if (v != 0) {
@@ -575,7 +577,8 @@ void frmConstantTransactions::onClick(const QString& name)
 
 // cmdOK: the checks in their order, each refusal naming the field that takes
 // the focus; then addLines. The dialog stays open when the user cancels at
-// the zeroing date's warning or the file refuses the series.
+// the zeroing date's warning, a sum of the series grows too large, or the
+// file refuses the series.
 void frmConstantTransactions::cmdOK_Click()
 {
     Line& L = rule_.theLine;

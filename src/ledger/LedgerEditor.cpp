@@ -137,9 +137,9 @@ void LedgerEditor::commitKind(int iLine, bool onNewLine)
     Line& L = p_.ledger.lines[size_t(iLine)];
     QString kind = storedKind(cell(colKind));
     if (kind.isEmpty() && !(onNewLine && L.kind.isEmpty())) {
-        // An emptied kind falls back to the line's direction.
-        L.kind = L.out == 0 ? QStringLiteral("+0") : QStringLiteral("-0");
-        kind = L.kind;
+        // An emptied kind falls back to the line's direction, and is
+        // stored as any other kind is.
+        kind = L.out == 0 ? QStringLiteral("+0") : QStringLiteral("-0");
         setCell(colKind, FormatKind(kind));
     }
     if (kind == L.kind) {
@@ -250,11 +250,16 @@ void LedgerEditor::commitIn(int iLine, bool onNewLine)
         return refuse(QStringLiteral("הערך בטור ההכנסה אינו מספר"), FormatSum(L.In));
     if (FormatSum(L.In) == text)
         return;
+    // A sum no agora of which a double holds is refused (one the file held
+    // already may stay as it is).
+    if (isSumTooLarge(v))
+        return refuse(sumTooLargeMessage(), FormatSum(L.In));
     if (canceledBecauseAboveRed(false))
         return keep(FormatSum(L.In));
     text = FormatSum(v);
     setCell(colIn, text);
-    const double oldNet = L.In - L.out;
+    // The record holds what the file holds: the sum in agorot, as written.
+    parseSum(text, v);
     // The line's statements are one change.
     std::optional<store::Transaction> tx;
     if (!onNewLine)
@@ -267,7 +272,7 @@ void LedgerEditor::commitIn(int iLine, bool onNewLine)
     if (L.In == 0 || (L.out == 0 && !onNewLine)) {
         if (tx)
             tx->commit();
-        return sumTail(executed, oldNet);
+        return sumTail(executed);
     }
     // The line turns into income.
     L.out = 0;
@@ -277,15 +282,17 @@ void LedgerEditor::commitIn(int iLine, bool onNewLine)
         L.kind = QStringLiteral("+") + L.kind.mid(1);
         setCellAt(row, colKind, FormatKind(L.kind));
     }
+    QString typeSet;
     if (getTypeIndex(L.Type) < 0) {
-        L.Type = led.catalogue.typeName1;
-        setCellAt(row, colType, L.Type);
+        setType(row, led.catalogue.typeName1);
+        typeSet = typeNumSet(L);
     }
-    executed = exec(QStringLiteral("UPDATE %1 set out = 0, kind='%2' WHERE id = %3").arg(led.linesTable, fixString(L.kind), L.Id),
+    executed = exec(QStringLiteral("UPDATE %1 set out = 0, kind='%2'%3 WHERE id = %4")
+                        .arg(led.linesTable, fixString(L.kind), typeSet, L.Id),
                     onNewLine) || executed;
     if (tx)
         tx->commit();
-    sumTail(executed, oldNet);
+    sumTail(executed);
 }
 
 void LedgerEditor::commitOut(int iLine, bool onNewLine)
@@ -302,11 +309,16 @@ void LedgerEditor::commitOut(int iLine, bool onNewLine)
         return refuse(QStringLiteral("הערך בטור ההוצאה אינו מספר"), FormatSum(L.out));
     if (FormatSum(L.out) == text)
         return;
+    // A sum no agora of which a double holds is refused (one the file held
+    // already may stay as it is).
+    if (isSumTooLarge(v))
+        return refuse(sumTooLargeMessage(), FormatSum(L.out));
     if (canceledBecauseAboveRed(false))
         return keep(FormatSum(L.out));
     text = FormatSum(v);
     setCell(colOut, text);
-    const double oldNet = L.In - L.out;
+    // The record holds what the file holds: the sum in agorot, as written.
+    parseSum(text, v);
     std::optional<store::Transaction> tx;
     if (!onNewLine)
         tx.emplace(led.cn);
@@ -325,11 +337,13 @@ void LedgerEditor::commitOut(int iLine, bool onNewLine)
             L.kind = QStringLiteral("-") + L.kind.mid(1);
             setCellAt(row, colKind, FormatKind(L.kind));
         }
+        QString typeSet;
         if (!L.Type.isEmpty() && getTypeIndex(L.Type) > 0) {
-            L.Type = led.catalogue.typeName2;
-            setCellAt(row, colType, L.Type);
+            setType(row, led.catalogue.typeName2);
+            typeSet = typeNumSet(L);
         }
-        executed = exec(QStringLiteral("UPDATE %1 set [in] = 0, kind='%2' WHERE id = %3").arg(led.linesTable, fixString(L.kind), L.Id),
+        executed = exec(QStringLiteral("UPDATE %1 set [in] = 0, kind='%2'%3 WHERE id = %4")
+                            .arg(led.linesTable, fixString(L.kind), typeSet, L.Id),
                         onNewLine) || executed;
     }
     if (L.In == 0 && L.out == 0) {
@@ -338,34 +352,49 @@ void LedgerEditor::commitOut(int iLine, bool onNewLine)
             L.kind = QStringLiteral("+") + L.kind.mid(1);
             setCellAt(row, colKind, FormatKind(L.kind));
         }
-        L.Type = led.catalogue.typeName1;
-        setCellAt(row, colType, L.Type);
-        executed = exec(QStringLiteral("UPDATE %1 set kind='%2' WHERE id = %3").arg(led.linesTable, fixString(L.kind), L.Id),
+        setType(row, led.catalogue.typeName1);
+        executed = exec(QStringLiteral("UPDATE %1 set kind='%2'%3 WHERE id = %4")
+                            .arg(led.linesTable, fixString(L.kind), typeNumSet(L), L.Id),
                         onNewLine) || executed;
     }
     if (tx)
         tx->commit();
-    sumTail(executed, oldNet);
+    sumTail(executed);
 }
 
 // After a sum changed: the balances from this row on, the totals of a
 // detail child, and the marked lines' summary.
-void LedgerEditor::sumTail(bool executed, double oldNet)
+void LedgerEditor::sumTail(bool executed)
 {
     if (executed && p_.instance.progMode == modeDailySummarySplit) {
         // The daily summary beside the grid reloads with the lines.
         p_.window.refresh();
         return;
     }
-    // Every balance from this row on moves by what the line's net moved.
-    const Line& L = p_.ledger.lines[size_t(currentLine())];
-    shiftBalances(p_.ledger, p_.instance, g(), g().Row(), (L.In - L.out) - oldNet);
+    // The balances from this row on, as a load adds them.
+    sumsChanged(p_.ledger, p_.instance, g(), g().Row());
     if (p_.instance.progMode == modeDetail) {
         const Totals t = calcTotals(p_.ledger);
         p_.grid.lblTotalIncome = t.lblTotalIncome;
         p_.grid.lblTotalExpense = t.lblTotalExpense;
         p_.window.shownChanged();
     }
+}
+
+void LedgerEditor::setType(int row, const QString& name)
+{
+    Line& L = p_.ledger.lines[size_t(row) - 1];
+    L.Type = name;
+    L.TypeNum = GetTypeBigIndex(name);
+    setCellAt(row, colType, name);
+}
+
+QString LedgerEditor::typeNumSet(const Line& L) const
+{
+    // A file without the default type keeps the number it has.
+    if (L.TypeNum < 0 || L.TypeNum == 999)
+        return QString();
+    return QStringLiteral(", TypeNum = %1").arg(L.TypeNum);
 }
 
 void LedgerEditor::commitType(int iLine, bool onNewLine)

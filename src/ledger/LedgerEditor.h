@@ -34,6 +34,7 @@ namespace pelkor {
 namespace ui { class Ui; }
 class WindowCalls;
 struct Instance;
+struct Line;
 struct MainGrid;
 struct OpenLedger;
 struct Shown;
@@ -173,8 +174,13 @@ private:
     void commitIn(int iLine, bool onNewLine);
     void commitOut(int iLine, bool onNewLine);
     void commitType(int iLine, bool onNewLine);
-    // oldNet: the line's In less out before the commit.
-    void sumTail(bool executed, double oldNet);
+    void sumTail(bool executed);
+    // A sum that turns the line's side gives it the default type of that
+    // side: the record, the type's number and the cell of row.
+    void setType(int row, const QString& name);
+    // ", TypeNum = <n>" for the statement that stores the line's side with
+    // its type; empty when the type has no number.
+    QString typeNumSet(const Line& L) const;
     // Runs a statement unless the row is the unsaved new line.
     bool exec(const QString& sql, bool onNewLine);
     void refuse(const QString& message, const QString& recordText);

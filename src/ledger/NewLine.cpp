@@ -84,9 +84,8 @@ void LedgerEditor::cmdAdd_Click()
     L.detail = QStringLiteral(" ");
     L.Memo = colorWords().last();
     const std::uint8_t alternate = led.alternatingIndexes.empty() ? 0 : led.alternatingIndexes.back() ^ 1;
-    led.balances.resize(led.lines.size());
-    led.balances.push_back(led.balances.empty() ? 0 : led.balances.back());
     led.lines.push_back(L);
+    led.balances.staleFrom(led.lines.size() - 1);
     led.alternatingIndexes.push_back(alternate);
     e.isThereNewLine = true;
 
@@ -104,7 +103,7 @@ void LedgerEditor::cmdAdd_Click()
         grid.setText(row, colIn, FormatSum(0));
         grid.setText(row, colOut, FormatSum(0));
         grid.setText(row, colType, QString());
-        // The balance repeats the row above (balances[] holds it).
+        // The balance repeats the row above: the line has no sums yet.
         if (hasBalanceColumn(p_.instance))
             grid.deferTexts(row, row, colBalance, colBalance);
         const int page = std::max(1, grid.visibleRows());
@@ -130,7 +129,7 @@ void LedgerEditor::removeNewLine()
         NoRedraw noRedraw(grid);
         grid.removeRow(grid.Rows() - 1);
         led.lines.pop_back();
-        led.balances.resize(led.lines.size());
+        led.balances.staleFrom(led.lines.size());
         if (!led.alternatingIndexes.empty())
             led.alternatingIndexes.pop_back();
         e.isThereNewLine = false;
@@ -227,6 +226,7 @@ bool LedgerEditor::maybeWriteNewLineToDB()
             w.TypeNum = GetTypeBigIndex(type);
             writeLine(led, p_.instance, w, w.TypeNum, QStringLiteral("maybeWriteNewLineToDB"));
             L = w;
+            led.balances.staleFrom(led.lines.size() - 1);
             e.isThereNewLine = false;
             grid.setText(last, colKind, FormatKind(kind));
             grid.setText(last, colDate, formatDate224(L.Date));

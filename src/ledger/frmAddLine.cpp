@@ -265,6 +265,10 @@ bool frmAddLine::commitSum(bool isIn)
                    errorTitle, Buttons::OK, Icon::Exclamation);
         return false;
     }
+    if (isSumTooLarge(v)) {
+        ui_.msgBox(sumTooLargeMessage(), errorTitle, Buttons::OK, Icon::Exclamation);
+        return false;
+    }
     (isIn ? theLine_.In : theLine_.out) = v;
     if (v != 0) {
         // A sum on one side empties the other and turns the kind and the

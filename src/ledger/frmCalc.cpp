@@ -1,5 +1,6 @@
 #include "ledger/frmCalc.h"
 
+#include "base/Format.h"
 #include "seams/ui/Ui.h"
 
 #include <cmath>
@@ -224,6 +225,11 @@ void frmCalc::onClick(const QString& name)
         isFreshValue_ = true;
     } else if (name == QLatin1String("cmdOK")) {
         cmdEquals();
+        if (isSumTooLarge(displayNumber())) {
+            // No line takes it: the calculator stays open on the result.
+            ui_.msgBox(sumTooLargeMessage(), QStringLiteral("שגיאה"), ui::Buttons::OK, ui::Icon::Exclamation);
+            return;
+        }
         calcValue_ = displayNumber();
         close(true);
     } else if (name == QLatin1String("cmdCancel")) {

@@ -4,7 +4,9 @@
 // and division bind tighter than addition and subtraction, with two levels
 // of running value (sum for the additive level, term for the
 // multiplicative one) rather than a stack. A division by zero is refused on
-// every road (an operator after it, or =) and leaves the state as it was.
+// every road (an operator after it, or =) and leaves the state as it was;
+// OK on a result no line can hold (base/Format isSumTooLarge) is refused
+// and the calculator stays open.
 // The display holds at most 12 characters.
 //
 // Controls: the buttons cmdDigit0..cmdDigit9, cmdPoint, cmdPlusMinus,

@@ -482,10 +482,8 @@ void Coordination::addNewLinesOfDialog(NewLineDialogType type)
                 copyOfPaintedIDs->add(line.Id);
         }
         const int bankRow = line.Memo.toInt();
-        const double before = led.lines.empty() ? 0 : led.balances[led.lines.size() - 1];
         led.lines.push_back(line);
-        led.balances.resize(led.lines.size() - 1);
-        led.balances.push_back(nextBalance(before, line));
+        led.balances.staleFrom(led.lines.size() - 1);
         led.alternatingIndexes.push_back(0);
         const int row = g.addRow();
         g.setRowHeight(row, grid::GridModel::defaultRowHeight);

@@ -324,8 +324,13 @@ void RowLinks::redrawLine(int i)
 {
     auto& g = p_.main.msfgMain;
     const int row = i + 1;
+    const bool was = g.Redraw();
     g.deferTexts(row, row, colKind, colType);
-    CalcBalances(p_.ledger, p_.instance, g, row, isMainGridBusy);
+    sumsChanged(p_.ledger, p_.instance, g, row);
+    if (isMainGridBusy)
+        g.setRedraw(false);
+    else if (was)
+        g.setRedraw(true);
 }
 
 void RowLinks::revertRow(const QString& id)

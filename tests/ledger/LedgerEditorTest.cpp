@@ -39,7 +39,7 @@ TEST_F(Editing, ASumThatChangesSidesWritesBothColumnsAndTheBalances)
     open();
     // Line 3 (row 3) is income 200; 100 in its expense turns it into expense.
     type(3, colOut, QStringLiteral("100"));
-    EXPECT_EQ(row(3), QStringLiteral("-2|06/03/2025|13|שירות|0|100|3"));
+    EXPECT_EQ(row(3), QStringLiteral("-2|06/03/2025|13|שירות|0|100|2"));
     EXPECT_EQ(g().text(3, colKind), FormatKind(QStringLiteral("-2")));
     EXPECT_EQ(g().text(3, colIn), QStringLiteral("0.00"));
     // The income type gave way to the default expense type, in the grid.
@@ -51,11 +51,77 @@ TEST_F(Editing, ASumThatChangesSidesWritesBothColumnsAndTheBalances)
     // A changed expense amount stays expense; a zero expense makes the
     // line income again, with the default income type.
     type(3, colOut, QStringLiteral("1,250.5"));
-    EXPECT_EQ(row(3), QStringLiteral("-2|06/03/2025|13|שירות|0|1250.5|3"));
+    EXPECT_EQ(row(3), QStringLiteral("-2|06/03/2025|13|שירות|0|1250.5|2"));
     type(3, colOut, QStringLiteral("0"));
-    EXPECT_EQ(row(3), QStringLiteral("+2|06/03/2025|13|שירות|0|0|3"));
+    EXPECT_EQ(row(3), QStringLiteral("+2|06/03/2025|13|שירות|0|0|1"));
     EXPECT_EQ(g().text(3, colType), QStringLiteral("תקבול כללי"));
     EXPECT_TRUE(prompts().isEmpty()) << prompts().join(QLatin1Char('\n')).toStdString();
+}
+
+// What the grid shows after a commit is what a reload shows: the default
+// type a sum gives a line that changes sides, the default kind of an
+// emptied kind cell, and the balances.
+TEST_F(Editing, WhatACommitShowsIsWhatTheFileHolds)
+{
+    open();
+    const auto shown = [&] {
+        QStringList rows;
+        for (int r = 1; r < g().Rows(); ++r) {
+            QStringList cells;
+            for (int c = colKind; c <= colBalance; ++c)
+                cells << g().text(r, c);
+            rows << cells.join(QLatin1Char('|'));
+        }
+        return rows;
+    };
+    // An income line of an income type (3) given an expense; an expense
+    // line of an expense type (8) given an income; an emptied kind on each
+    // side; and an expense of type 2 given 0, which makes it income.
+    type(3, colOut, QStringLiteral("300"));
+    type(4, colIn, QStringLiteral("75.5"));
+    type(2, colKind, QString());
+    type(4, colKind, QString());
+    type(2, colOut, QStringLiteral("0"));
+    EXPECT_EQ(row(3), QStringLiteral("-2|06/03/2025|13|שירות|0|300|2"));
+    EXPECT_EQ(row(4), QStringLiteral("+0|10/03/2025|14|משכורת|75.5|0|1"));
+    EXPECT_EQ(row(2), QStringLiteral("+0|05/03/2025|12|ספק|0|0|1"));
+    const QStringList before = shown();
+    EXPECT_EQ(before.value(2), QStringLiteral("2-|06/03/2025|13|שירות|0.00|300.00|תשלום כללי|700.00"));
+    m->cmdRefresh_Click();
+    EXPECT_EQ(shown(), before);
+    EXPECT_TRUE(prompts().isEmpty()) << prompts().join(QLatin1Char('\n')).toStdString();
+}
+
+// The balances after an edit are the ones a load adds up, digit for digit
+// and colour for colour: a sum no agora of which a double holds replaced
+// by an ordinary one, and sums whose binary fractions leave a balance a
+// hair below zero, which prints with its sign and is over a credit line
+// of 0.
+TEST_F(Editing, TheBalancesAfterAnEditAreTheReloads)
+{
+    openOn(QStringLiteral(
+               "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+               "(1,'+1','2025-03-01','11','מכירה',1000,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+               "(2,'-1','2025-03-05','12','ספק',0,99999999999999999,2,' ','ללא צבע'),"
+               "(3,'+2','2025-03-06','13','שירות',0.3,0,3,' ','ללא צבע'),"
+               "(4,'-2','2025-03-07','14','עמלה',0,0.1,8,' ','ללא צבע'),"
+               "(5,'-2','2025-03-08','15','עמלה',0,0.2,8,' ','ללא צבע');"
+               "UPDATE Defaults SET Credit=0;"),
+           {});
+    const auto balances = [&] {
+        QStringList shown;
+        for (int r = 1; r < g().Rows(); ++r)
+            shown << g().text(r, colBalance) + (g().style(r, colBalance).bold ? QStringLiteral(" red") : QString());
+        return shown;
+    };
+    type(2, colOut, QStringLiteral("1000"));
+    EXPECT_EQ(balances(), (QStringList{QStringLiteral("1,000.00"), QStringLiteral("0.00"), QStringLiteral("0.30"),
+                                       QStringLiteral("0.20"), QStringLiteral("0.00- red")}));
+    type(2, colOut, QStringLiteral("2500.5"));
+    const QStringList edited = balances();
+    EXPECT_EQ(edited.value(1), QStringLiteral("1,500.50- red"));
+    m->cmdRefresh_Click();
+    EXPECT_EQ(balances(), edited);
 }
 
 TEST_F(Editing, RefusalsLeaveRecordAndFileAndBringTheCursorBack)

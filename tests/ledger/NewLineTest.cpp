@@ -230,6 +230,16 @@ TEST_F(AddLineDialog, RefusalsKeepTheDialogAndNothingIsWritten)
     EXPECT_TRUE(bus.sent.isEmpty());
 }
 
+TEST_F(AddLineDialog, ASumTooLargeIsRefusedAndNothingIsWritten)
+{
+    openWith(QStringLiteral("txtDate=02/05/2025;txtOut=10000000000000;cmdOK=1"));
+    m->clickControl(QStringLiteral("mnuAddLineToFile"));
+    EXPECT_TRUE(prompts().contains(QStringLiteral("msgbox|שגיאה|") + sumTooLargeMessage() + QStringLiteral("|OK")))
+        << prompts().join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(queryRows(second, QStringLiteral("SELECT count(*) FROM pelkor")), QStringLiteral("1"));
+    EXPECT_TRUE(bus.sent.isEmpty());
+}
+
 TEST_F(NewLines, AForecastMadeBeforeTheWriteIsWrittenWithIt)
 {
     open();

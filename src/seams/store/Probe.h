@@ -4,7 +4,10 @@
 // A ledger is opened for work only after the probe says it is one. The
 // probe reads the file as it stands on disk (no locks, no journal files
 // made beside it), so a refused file is left exactly as it was found, and
-// a file another process holds is probed without waiting for it.
+// a file another process holds is probed without waiting for it. It looks
+// as far as is cheap: the file's length against its header, the schema,
+// and every page of every table walked; damage inside a row is met by the
+// statement that reads it.
 //
 // salvage() copies what can still be read of a damaged database into a
 // new file: SQLite's own recovery where the sqlite3 shell is at hand, else
