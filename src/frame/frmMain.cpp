@@ -12,8 +12,10 @@
 #include "base/Modes.h"
 #include "seams/platform/ProfileFile.h"
 #include "seams/ui/Ui.h"
+#include "seams/web/ScriptedWebView.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -60,6 +62,9 @@ frmMain::frmMain(Environment e, QObject* parent)
     connect(&checker_, &QTimer::timeout, this, [this] {
         guarded(QStringLiteral("timerCoordinationMessageChecker"), [this] { timerCoordinationMessageChecker_Timer(); });
     });
+    noBankPage_ = std::make_unique<web::ScriptedWebView>();
+    session_ = std::make_unique<reconcile::Session>(sessionParts());
+    session_->shownChanged = [this] { emit changed(); };
 }
 
 frmMain::~frmMain() = default;
@@ -166,6 +171,15 @@ void frmMain::initializeForm()
         if (instance_.progMode == modeNewLines && instance_.newLineDialogType == lineDialogBadLines) {
             shown_.lblNewLines = QStringLiteral("בתנועות אלה חסר תאריך או סכום ולכן בכל שורה יש למלא תאריך/סכום או למחוק אותה.");
             ledger_.linesTable = QStringLiteral("pelkor");
+        } else if (instance_.progMode == modeNewLines) {
+            // The dialogs of a reconciliation work on its working table.
+            static const QString asks[] = {
+                QStringLiteral("השלם את שורת האיזון או תקן את השורות, כך שסכומן יהיה כסכום שורת הבנק."),
+                QStringLiteral("שורות הבנק שלא הותאמו יתווספו לפלקור: השלם את הסיווג והסוג של כל שורה."),
+                QStringLiteral("שורות הפלקור שלא הותאמו יועברו ליום שאחרי תאריך ההתאמה: שנה את התאריך שלהן לתאריך מאוחר יותר, או מחק אותן."),
+            };
+            shown_.lblNewLines = asks[std::clamp(int(instance_.newLineDialogType), 0, 2)];
+            ledger_.linesTable = QStringLiteral("tempPelkor");
         }
         if (!OpenCon())
             return;
@@ -377,6 +391,8 @@ void frmMain::msfgMain_EnterCell()
     editor_.msfgMain_EnterCell();
     if (instance_.progMode == modeDailySummarySplit)
         daily_.matchBankRowToMainRow();
+    else if (session_->pairing())
+        session_->links.followCursor(false);
 }
 
 void frmMain::linesLoaded()
@@ -392,6 +408,8 @@ void frmMain::linesLoaded()
     edit_.prevCol = grid_.msfgMain.Col();
     if (instance_.progMode == modeDailySummarySplit && daily_.active())
         daily_.refreshStep();
+    else if (instance_.progMode == modeSplitScreen)
+        session_->afterLoad(true);
     emit loaded();
 }
 
@@ -452,6 +470,8 @@ bool frmMain::Form_QueryUnload()
     if (edit_.loaded && !ledger_.lines.empty() && !editor_.commitAll())
         return false;
     if (leftDailySummary())
+        return false;
+    if (session_->active() && !session_->Form_QueryUnload())
         return false;
     exitProg();
     return true;

@@ -30,6 +30,7 @@
 #include "ledger/LedgerEditor.h"
 #include "ledger/Find.h"
 #include "ledger/Tzefi.h"
+#include "reconcile/Session.h"
 #include "seams/platform/KeyboardLayouts.h"
 #include "seams/platform/Paths.h"
 
@@ -43,6 +44,7 @@
 
 namespace pelkor::ui { class Ui; }
 namespace pelkor::reports { struct ReportParts; }
+namespace pelkor::web { class WebView; }
 
 namespace pelkor {
 
@@ -88,6 +90,7 @@ public:
     Finder& finder() { return finder_; }
     FindState& findState() { return find_; }
     charts::DailySummary& daily() { return daily_; }
+    reconcile::Session& session() { return *session_; }
     Tzefi& tzefi() { return tzefi_; }
 
     // ---- start and end ------------------------------------------------
@@ -182,6 +185,23 @@ public:
     // the file or key is missing).
     QString readParameter(const QString& key);
 
+    // ---- reconciliation (frmMainReconcile.cpp) ----------------------------
+    // The bank button and its menu entry: a session starts, or finishes.
+    void cmdBankCoordination_Click();
+    void cmdCoordinate_Click();
+    void cmdExitCoordination_Click();
+    void cmdSetTargetDate_Click();
+    void cmdGoToAutomaticCoordination_Click();
+    void chkShowCoordinatedRows_Click(bool show);
+    void mnuAutomaticBankCoordination_Click();
+    // A click in the mark column of either grid, the row being current.
+    void msfgMainMarkClicked();
+    void msfgBankMarkClicked();
+    void msfgBank_EnterCell();
+    // The page the bank menu shows in beside the grid (wbMain); until a
+    // view gives one, a page host without a window serves.
+    void setBankPage(web::WebView* page) { bankPage_ = page; }
+
     // ---- period reports (frmMainReports.cpp) ---------------------------
     // makePeriodReport: the main window disabled, a report window of the
     // period type ("m", "w", "d") asked of the view.
@@ -232,6 +252,9 @@ private:
                          [this] { reloadLanding(); }, [this] { cmdOK_Click(); }};
     }
     charts::DailySummaryParts dailyParts();
+    reconcile::SessionParts sessionParts();
+    // A new-line child of the reconciliation answered (types 0 to 2).
+    bool coordinationDialogAnswered(bool ok);
     // In the daily summary of a run not started for it: back to the full
     // grid (true), where a close would otherwise end the run.
     bool leftDailySummary();
@@ -262,6 +285,9 @@ private:
                      reopenCon();
                  }};
     charts::DailySummary daily_{dailyParts()};
+    web::WebView* bankPage_ = nullptr;
+    std::unique_ptr<web::WebView> noBankPage_;
+    std::unique_ptr<reconcile::Session> session_;
 
     std::unique_ptr<platform::KeyboardLayouts> noLayouts_;
     std::unique_ptr<KbLayout> kb_;

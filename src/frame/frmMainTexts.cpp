@@ -70,6 +70,8 @@ void frmMain::timerCoordinationMessageChecker_Timer()
     TraceScope t(trace_, QStringLiteral("timerCoordinationMessageChecker"));
     t.line(word);
     shown_.enabled = true;
+    if (coordinationDialogAnswered(word == okWord))
+        return;
     if (word == okWord) {
         reopenCon();
         if (instance_.newLineDialogType == lineDialogBadLines) {
@@ -222,6 +224,13 @@ bool frmMain::clickControl(const QString& name)
         {"mnuDailySummary", false, &frmMain::mnuDailySummary_Click},
         {"cmdTzefi", false, &frmMain::cmdTzefi_Click},
         {"cmdSubtractFromTzefi", false, &frmMain::cmdSubtractFromTzefi_Click},
+        {"cmdBankCoordination", false, &frmMain::cmdBankCoordination_Click},
+        {"mnuPerformBankCoordination", false, &frmMain::cmdBankCoordination_Click},
+        {"cmdCoordinate", false, &frmMain::cmdCoordinate_Click},
+        {"cmdExitCoordination", false, &frmMain::cmdExitCoordination_Click},
+        {"cmdSetTargetDate", false, &frmMain::cmdSetTargetDate_Click},
+        {"cmdGoToAutomaticCoordination", false, &frmMain::cmdGoToAutomaticCoordination_Click},
+        {"mnuAutomaticBankCoordination", false, &frmMain::mnuAutomaticBankCoordination_Click},
     };
     // The period reports: one handler, by the period the control names.
     if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {

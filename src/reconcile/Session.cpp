@@ -80,13 +80,13 @@ void Session::navigateBankMenu(bool automatic)
     // The page answers through its notifier once it is complete; a click
     // before that reaches nobody.
     if (automatic) {
-        p_.wbMain.setDocumentComplete([this](const QString&) {
-            p_.wbMain.attachNotifier(web::clsForward([this] { clickEventHandler(); }));
+        p_.wbMain().setDocumentComplete([this](const QString&) {
+            p_.wbMain().attachNotifier(web::clsForward([this] { clickEventHandler(); }));
         });
-        p_.wbMain.navigate(page + QStringLiteral("?auto=true"));
+        p_.wbMain().navigate(page + QStringLiteral("?auto=true"));
     } else {
-        p_.wbMain.setDocumentComplete({});
-        p_.wbMain.navigate(page);
+        p_.wbMain().setDocumentComplete({});
+        p_.wbMain().navigate(page);
     }
     shown.wbMainVisible = true;
 }
@@ -224,7 +224,7 @@ void Session::clickEventHandler()
     OpenLedger& led = p_.ledger;
     cmdBankCoordination_Click();
     bool ok = false;
-    const int chosen = p_.wbMain.value(QStringLiteral("theID")).trimmed().toInt(&ok);
+    const int chosen = p_.wbMain().value(QStringLiteral("theID")).trimmed().toInt(&ok);
     if (!ok)
         return;
     led.iBank = chosen;

@@ -85,7 +85,7 @@ struct SessionParts {
     Shown& shown;
     ui::Ui& ui;
     WindowCalls& window;
-    web::WebView& wbMain;
+    std::function<web::WebView&()> wbMain;   // the bank menu page beside the grid
     QString tempPath;                     // ends with a separator
     QString programDir;
     QDate startDay;                       // the day the program started

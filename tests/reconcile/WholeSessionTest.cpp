@@ -50,7 +50,7 @@ protected:
         load(false);
         window.onRefresh = [this] { load(true); };
         session = std::make_unique<Session>(SessionParts{
-            led, inst, main, shown, forward, window, web, tempPath, dir.path(), QDate(2025, 5, 11),
+            led, inst, main, shown, forward, window, [this]() -> web::WebView& { return web; }, tempPath, dir.path(), QDate(2025, 5, 11),
             [this] { led.cn.close(); },
             [this] { if (!led.cn.isOpen()) led.cn.open(file); },
             {}, {}, {}, {}, {}, {}});

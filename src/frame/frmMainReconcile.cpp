@@ -1,0 +1,122 @@
+// frmMain's part of a reconciliation: the session's parts wired to the
+// window, its buttons and menu entries, and the grids' events during it.
+#include "frame/frmMain.h"
+
+#include "base/Instances.h"
+#include "file/Loader.h"
+#include "ledger/Zeroing.h"
+#include "seams/web/ScriptedWebView.h"
+
+namespace pelkor {
+
+reconcile::SessionParts frmMain::sessionParts()
+{
+    reconcile::SessionParts p{
+        ledger_, instance_, grid_, shown_, ui_, *this,
+        [this]() -> web::WebView& { return bankPage_ ? *bankPage_ : *noBankPage_; },
+        instance_.tempPath, env_.paths.programDir, env_.today,
+        [this] { closeCn(); },
+        [this] { reopenCon(); },
+        [this] { cmdGoToIpusLine_Click(); },
+        [this] { updateIpus(ledger_, instance_); },
+        [this](bool) {
+            // The view gives the main grid the focus; the logic leaves the
+            // cell as the focus change does.
+            if (edit_.loaded)
+                editor_.commitAll();
+        },
+        [this](const QString& text) { sendToExcel(text); },
+        {},
+        {}};
+    return p;
+}
+
+void frmMain::cmdBankCoordination_Click()
+{
+    if (ledger_.openDBisBusy || instance_.isMerged || !instance_.isMainMode())
+        return;
+    // The form of the session follows the menu's check mark.
+    if (instance_.progMode != modeSplitScreen)
+        ledger_.isAutomatic = shown_.mnuAutomaticBankCoordinationChecked;
+    session_->cmdBankCoordination_Click();
+    emit changed();
+}
+
+void frmMain::mnuAutomaticBankCoordination_Click()
+{
+    shown_.mnuAutomaticBankCoordinationChecked = !shown_.mnuAutomaticBankCoordinationChecked;
+    emit changed();
+}
+
+void frmMain::cmdCoordinate_Click()
+{
+    if (!session_->pairing() || session_->coord.isWaitingForDialog())
+        return;
+    if (edit_.loaded)
+        editor_.commitAll();
+    session_->coord.cmdCoordinate_Click();
+    emit changed();
+}
+
+void frmMain::cmdExitCoordination_Click()
+{
+    if (!session_->active())
+        return;
+    session_->cmdExitCoordination_Click();
+    emit changed();
+}
+
+void frmMain::cmdSetTargetDate_Click()
+{
+    if (!session_->pairing())
+        return;
+    session_->cmdSetTargetDate_Click();
+    emit changed();
+}
+
+void frmMain::cmdGoToAutomaticCoordination_Click()
+{
+    if (!session_->active())
+        return;
+    session_->cmdGoToAutomaticCoordination_Click();
+    emit changed();
+}
+
+void frmMain::chkShowCoordinatedRows_Click(bool show)
+{
+    session_->chkShowCoordinatedRows_Click(show);
+    emit changed();
+}
+
+void frmMain::msfgMainMarkClicked()
+{
+    if (ledger_.openDBisBusy || !session_->pairing())
+        return;
+    session_->links.msfgMainMarkClicked();
+    emit changed();
+}
+
+void frmMain::msfgBankMarkClicked()
+{
+    if (ledger_.openDBisBusy || !session_->pairing())
+        return;
+    session_->links.msfgBankMarkClicked();
+    emit changed();
+}
+
+void frmMain::msfgBank_EnterCell()
+{
+    if (session_->pairing())
+        session_->links.followCursor(true);
+}
+
+bool frmMain::coordinationDialogAnswered(bool ok)
+{
+    if (!session_->coord.isWaitingForDialog())
+        return false;
+    session_->coord.dialogAnswered(ok);
+    emit changed();
+    return true;
+}
+
+} // namespace pelkor
