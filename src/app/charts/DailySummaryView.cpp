@@ -36,7 +36,7 @@ DailySummaryView::DailySummaryView(frmMain& logic, std::function<void()> focusMa
     top->addWidget(cmdClose_);
     col->addLayout(top);
 
-    bank_ = named(new grid::GridView(d.msfgBank, this), QStringLiteral("msfgBank"));
+    bank_ = named(new grid::GridView(d.msfgBank, this), QStringLiteral("msfgBank"), QStringLiteral("סיכום לפי ימים"));
     bank_->tableModel()->setFigureColumns({charts::dayColIns, charts::dayColOuts, charts::dayColNet,
                                            charts::dayColBalance, charts::dayColExcess});
     col->addWidget(bank_, 3);
@@ -52,14 +52,15 @@ DailySummaryView::DailySummaryView(frmMain& logic, std::function<void()> focusMa
     on.wheel = [this](int r) {
         m_.guarded(QStringLiteral("MouseWheel"), [&] { m_.daily().picChart_MouseWheel(r); });
     };
-    chart_ = named(new ChartView(d.picChart, std::move(on), this), QStringLiteral("picChart"));
+    chart_ = named(new ChartView(d.picChart, std::move(on), this), QStringLiteral("picChart"),
+                   QStringLiteral("גרף יתרה יומי"));
     col->addWidget(chart_, 2);
 
     // The scroll bar's row: its bounds at its ends, the caption beside it.
     auto* bar = new QHBoxLayout();
     auto* lblMin = named(new QLabel(QString::number(charts::ChartShown::HScrollChartMin), this), QStringLiteral("lblMin"));
     auto* lblMax = named(new QLabel(QString::number(charts::ChartShown::HScrollChartMax), this), QStringLiteral("lblMax"));
-    scroll_ = named(new QScrollBar(Qt::Horizontal, this), QStringLiteral("HScrollChart"));
+    scroll_ = named(new QScrollBar(Qt::Horizontal, this), QStringLiteral("HScrollChart"), QStringLiteral("ימים בגרף"));
     scroll_->setRange(charts::ChartShown::HScrollChartMin, charts::ChartShown::HScrollChartMax);
     scroll_->setSingleStep(charts::ChartShown::HScrollChartSmallChange);
     scroll_->setPageStep(charts::ChartShown::HScrollChartLargeChange);
@@ -97,12 +98,10 @@ void DailySummaryView::mirror()
     const charts::DailySummary& d = m_.daily();
     const charts::ChartShown& s = d.shown();
     setVisible(s.visible);
+    // Each is read by the text it shows.
     title_->setText(s.lblTitle);
-    title_->setAccessibleDescription(s.lblTitle);
     lblChart_->setText(s.lblChart);
-    lblChart_->setAccessibleDescription(s.lblChart);
     cmdClose_->setText(s.cmdCloseCaption);
-    cmdClose_->setAccessibleDescription(s.cmdCloseCaption);
     {
         const QSignalBlocker block(scroll_);
         scroll_->setValue(s.HScrollChartValue);
