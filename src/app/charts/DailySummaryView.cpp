@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -114,6 +115,10 @@ void DailySummaryView::refit()
 {
     bank_->setRedLineRow(m_.daily().iBankRowAboveRed());
     bank_->resizeColumnsToContents();
+    // The days' columns side by side, up to half the screen: the main
+    // grid beside it scrolls sideways first.
+    const QScreen* screen = this->screen();
+    bank_->askForAllColumns(screen ? screen->availableGeometry().width() / 2 : 640);
     // The picture's size is the surface's: the first showing makes it.
     m_.guarded(QStringLiteral("picChart_Resize"), [&] { m_.daily().picChart_Resize(chart_->width(), chart_->height()); });
 }

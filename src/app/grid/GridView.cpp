@@ -62,6 +62,10 @@ GridView::GridView(GridModel& g, QWidget* parent) : QTableView(parent), g_(g)
         if (o == Qt::Horizontal)
             fitShownTexts();
     });
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+        if (allColumnsMax_ > 0)
+            askForAllColumns(allColumnsMax_);
+    });
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         takeTopRow();
         fitShownTexts();
@@ -147,6 +151,17 @@ int GridView::widthNeeded(int itemRow, int itemCol) const
     initViewItemOption(&option);
     // As QTableView measures a column: the delegate's width and the grid line.
     return itemDelegateForIndex(index)->sizeHint(option, index).width() + (showGrid() ? 1 : 0);
+}
+
+void GridView::askForAllColumns(int maxWidth)
+{
+    allColumnsMax_ = maxWidth;
+    int total = verticalHeader()->isVisible() ? verticalHeader()->width() : 0;
+    for (int c = 0; c < model_->columnCount(); ++c)
+        if (!isColumnHidden(c))
+            total += columnWidth(c);
+    total += 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    setMinimumWidth(std::min(total, maxWidth));
 }
 
 QString GridView::shownText(int itemRow, int itemCol) const

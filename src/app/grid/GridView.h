@@ -72,6 +72,10 @@ public:
     void fitShownTexts(int first = -1, int last = -1);
     // The width item (row, col) needs to show its text whole.
     int widthNeeded(int itemRow, int itemCol) const;
+    // The view asks for the width of all its columns (at most maxWidth), so
+    // that a layout gives it room to show them side by side; it follows
+    // the columns as they widen.
+    void askForAllColumns(int maxWidth);
     // The text painted in item (row, col) at its width now: the whole text
     // or what an ellipsis leaves of it.
     QString shownText(int itemRow, int itemCol) const;
@@ -113,6 +117,7 @@ private:
     int wheelRest_ = 0;             // eighths of a degree not yet a notch
     int fillCol_ = -1;              // item column that fills the width
     int fillMin_ = 0;
+    int allColumnsMax_ = 0;         // askForAllColumns' limit; 0: off
     bool fitting_ = false;          // fitFillColumn is under way
     bool syncing_ = false;          // one side moves because the other did
     bool dragging_ = false;         // a drag with the left button is under way
