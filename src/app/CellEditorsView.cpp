@@ -18,7 +18,7 @@ QLineEdit* makeEditor(QWidget* parent, const QString& name)
 {
     auto* e = new QLineEdit(parent);
     e->setObjectName(name);
-    e->setAccessibleName(name);
+    e->setAccessibleName(QStringLiteral("עריכת התא"));
     e->setFrame(false);
     e->setLayoutDirection(Qt::RightToLeft);
     e->hide();
@@ -45,7 +45,7 @@ CellEditorsView::CellEditorsView(frmMain& logic, grid::GridView& table, QWidget*
     txtCombo_ = makeEditor(table.viewport(), QStringLiteral("txtCombo"));
     cmbTypes_ = new QListWidget(window);
     cmbTypes_->setObjectName(QStringLiteral("cmbTypes"));
-    cmbTypes_->setAccessibleName(QStringLiteral("cmbTypes"));
+    cmbTypes_->setAccessibleName(QStringLiteral("רשימת הסוגים"));
     cmbTypes_->setLayoutDirection(Qt::RightToLeft);
     cmbTypes_->setFocusPolicy(Qt::NoFocus);
     cmbTypes_->hide();

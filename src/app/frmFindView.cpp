@@ -26,10 +26,10 @@ frmFindView::frmFindView(frmMain& logic, grid::GridView& table, QWidget* owner)
     setModal(false);
     auto* layout = new QGridLayout(this);
     layout->addWidget(new QLabel(QStringLiteral("חפש:"), this), 0, 0);
-    txtWhat_ = named(new QLineEdit(this), QStringLiteral("txtWhat"));
+    txtWhat_ = named(new QLineEdit(this), QStringLiteral("txtWhat"), QStringLiteral("חפש"));
     layout->addWidget(txtWhat_, 0, 1, 1, 2);
     layout->addWidget(new QLabel(QStringLiteral("בטור:"), this), 1, 0);
-    cmbCols_ = named(new QComboBox(this), QStringLiteral("cmbCols"));
+    cmbCols_ = named(new QComboBox(this), QStringLiteral("cmbCols"), QStringLiteral("בטור"));
     layout->addWidget(cmbCols_, 1, 1, 1, 2);
     chkOnlyBelowRed_ = named(new QCheckBox(QStringLiteral("רק אחרי שורת האיפוס"), this), QStringLiteral("chkOnlyBelowRed"));
     layout->addWidget(chkOnlyBelowRed_, 2, 0, 1, 3);

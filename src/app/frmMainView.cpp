@@ -1,5 +1,6 @@
 #include "app/frmMainView.h"
 
+#include "app/AmountLabel.h"
 #include "app/CellEditorsView.h"
 #include "app/charts/DailySummaryView.h"
 #include "app/Named.h"
@@ -37,10 +38,12 @@ namespace pelkor {
 
 namespace {
 
+// A label is read by its text, which Qt tells the accessibility tree anew
+// with each change.
 void setLabel(QLabel* l, const QString& text)
 {
-    l->setText(text);
-    l->setAccessibleDescription(text);
+    if (l->text() != text)
+        l->setText(text);
 }
 
 } // namespace
@@ -63,7 +66,8 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     newLines_ = named(new QLabel(central), QStringLiteral("lblNewLines"));
     newLines_->setWordWrap(true);
     col->addWidget(newLines_);
-    table_ = named(new grid::GridView(m_.mainGrid().msfgMain, central), QStringLiteral("msfgMain"));
+    table_ = named(new grid::GridView(m_.mainGrid().msfgMain, central), QStringLiteral("msfgMain"),
+                   QStringLiteral("שורות הקובץ"));
     table_->tableModel()->setFigureColumns({colIn, colOut, colBalance});
     // The daily summary stands beside the grid (to its left, right to left).
     auto* middle = new QHBoxLayout();
@@ -77,7 +81,8 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     auto* sums = new QHBoxLayout(totals_);
     sums->setContentsMargins(0, 0, 0, 0);
     const auto sum = [&](const QString& caption, const QString& name) {
-        auto* value = named(new QLabel(totals_), name);
+        // Read as the caption says, without its colon, the sum as its value.
+        auto* value = new AmountLabel(name, caption.chopped(1), totals_);
         value->setLayoutDirection(Qt::LeftToRight);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         sums->addWidget(new QLabel(caption, totals_));
@@ -91,7 +96,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     totals_->setVisible(false);
     col->addWidget(totals_);
     setCentralWidget(central);
-    cmbColors_ = named(new QComboBox(central), QStringLiteral("cmbColors"));
+    cmbColors_ = named(new QComboBox(central), QStringLiteral("cmbColors"), QStringLiteral("צבע השורה"));
     cmbColors_->addItems(colorWords());
     cmbColors_->setFocusPolicy(Qt::NoFocus);
     top->insertWidget(1, cmbColors_);
@@ -305,8 +310,8 @@ void frmMainView::showTotals()
 {
     // Only a detail child has them; the logic fills them at the end of its load.
     totals_->setVisible(m_.instance().progMode == modeDetail && m_.shown().gridVisible);
-    setLabel(lblTotalIncome_, m_.mainGrid().lblTotalIncome);
-    setLabel(lblTotalExpense_, m_.mainGrid().lblTotalExpense);
+    lblTotalIncome_->setAmount(m_.mainGrid().lblTotalIncome);
+    lblTotalExpense_->setAmount(m_.mainGrid().lblTotalExpense);
 }
 
 void frmMainView::reload()

@@ -5,9 +5,9 @@
 // (refresh, close) to it. Nothing here decides anything about the ledger.
 //
 // Every control carries its name from the logic (lblStatus, cmdRefresh,
-// msfgMain, ...) as its object name and its accessible name, so a test or
-// a screen reader finds it in the accessibility tree; a label's text is
-// its accessible description.
+// msfgMain, ...) as its object name, so a script or a test finds it; a
+// screen reader hears the Hebrew the user sees: a button's caption, a
+// label's text, a total's caption with its sum as the value.
 #pragma once
 
 #include <QList>
@@ -25,6 +25,7 @@ class QComboBox;
 namespace pelkor {
 
 class frmMain;
+class AmountLabel;
 class CellEditorsView;
 class frmFindView;
 class DailySummaryView;
@@ -58,8 +59,8 @@ private:
     QLabel* fileName_ = nullptr;
     QLabel* newLines_ = nullptr;
     QWidget* totals_ = nullptr;            // a detail child's totals row
-    QLabel* lblTotalIncome_ = nullptr;
-    QLabel* lblTotalExpense_ = nullptr;
+    AmountLabel* lblTotalIncome_ = nullptr;
+    AmountLabel* lblTotalExpense_ = nullptr;
     grid::GridView* table_ = nullptr;
     CellEditorsView* editors_ = nullptr;
     frmFindView* find_ = nullptr;

@@ -11,6 +11,7 @@
 // scripted dialogs instead of a window, so whole runs work headless.
 #include "app/frmMainView.h"
 #include "app/platform/X11KeyboardLayouts.h"
+#include "app/ui/QtHebrew.h"
 #include "app/ui/QtUi.h"
 #include "file/Schema.h"
 #include "base/BusLinks.h"
@@ -24,9 +25,7 @@
 
 #include <QApplication>
 #include <QDate>
-#include <QLibraryInfo>
 #include <QTimer>
-#include <QTranslator>
 
 #include <cstdio>
 
@@ -54,11 +53,8 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
     app.setApplicationName(QStringLiteral("pelkor"));
-    // Qt's own words (file dialogs, standard buttons) in Hebrew where the
-    // translations are installed; English otherwise.
-    QTranslator qtHebrew;
-    if (qtHebrew.load(QStringLiteral("qt_he"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        app.installTranslator(&qtHebrew);
+    // Qt's own words (file dialogs, standard buttons) in Hebrew.
+    ui::installQtHebrew(app);
 
     std::unique_ptr<ui::ScriptedUi> scripted = ui::makeUiFromEnvironment();
     ui::QtUi qtUi;

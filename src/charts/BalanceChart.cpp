@@ -49,11 +49,7 @@ void clsBackBuffer::updateBalanceGraph(const QStringList& the_xs, const std::vec
     p.setRenderHint(QPainter::Antialiasing, true);
     p.setRenderHint(QPainter::TextAntialiasing, true);
 
-    // Phase 1: the frame, then the plot's ground.
-    drawFrame(p);
-    p.fillRect(QRect(QPoint(plotLeft, top), QPoint(right, bottom)), paint::color(plotBrush_));
-
-    // Phase 2: the data, and the scale over all of its values.
+    // Phase 1: the data, and the scale over all of its values.
     xs_ = the_xs;
     ys_ = the_ys;
     ybs_.clear();
@@ -72,18 +68,31 @@ void clsBackBuffer::updateBalanceGraph(const QStringList& the_xs, const std::vec
     }
     axis_ = axisScale(mn, mx);
     zeroY_ = int(std::lround(axis_.row(0, top, bottom)));
+    // The scale's values end 2 pixels left of the plot: a wide one moves
+    // the plot in rather than lose its first digits at the surface's edge.
+    {
+        const QFontMetrics fm(paint::yLabelFont());
+        int widest = 0;
+        for (int i = 0; i <= 8; ++i)
+            widest = std::max(widest, fm.horizontalAdvance(FormatChartSum(i * axis_.g + axis_.yMin, 0)));
+        left_ = std::max(plotLeft, labelMargin + widest + 2);
+    }
+
+    // Phase 2: the frame, then the plot's ground.
+    drawFrame(p);
+    p.fillRect(QRect(QPoint(left_, top), QPoint(right, bottom)), paint::color(plotBrush_));
 
     // Phase 3: each point's pixel. A graph of one point stands in the middle.
-    const double stepX = pointsPerGraph > 1 ? double(right - plotLeft) / (pointsPerGraph - 1) : 0;
+    const double stepX = pointsPerGraph > 1 ? double(right - left_) / (pointsPerGraph - 1) : 0;
     points_.reserve(size_t(nPoints));
     for (int i = 0; i < nPoints; ++i) {
-        const double x = pointsPerGraph > 1 ? (i % pointsPerGraph) * stepX + plotLeft : (right + plotLeft) / 2.0;
+        const double x = pointsPerGraph > 1 ? (i % pointsPerGraph) * stepX + left_ : (right + left_) / 2.0;
         points_.emplace_back(std::round(x), axis_.row(ys_[size_t(i)], top, bottom));
     }
 
     // Phase 4: caption and grid.
     drawCaption(p, right, theCaption);
-    drawGrid(p, top, right, bottom, plotLeft - 2, true);
+    drawGrid(p, top, right, bottom, left_ - 2, true);
 
     // Phase 5: the credit line, then the zero line and the axis.
     creditRow_ = -1;
@@ -94,12 +103,12 @@ void clsBackBuffer::updateBalanceGraph(const QStringList& the_xs, const std::vec
             creditRow_ = creditAboveRow;
         if (creditRow_ >= 0) {
             p.setPen(paint::pen(creditLine, 3));
-            p.drawLine(plotLeft, creditRow_, right, creditRow_);
+            p.drawLine(left_, creditRow_, right, creditRow_);
         }
     }
     if (axis_.yMin < 1 && axis_.yMax >= 0) {
         p.setPen(paint::pen(zeroLine, 3));
-        p.drawLine(plotLeft, zeroY_, right, zeroY_);
+        p.drawLine(left_, zeroY_, right, zeroY_);
     }
     drawAxis(p, top, right, bottom);
 
@@ -189,7 +198,7 @@ void clsBackBuffer::drawXLabels(QPainter& p, int right, int bottom, int pointsPe
             continue;
         last = index;
         p.save();
-        p.translate((right - plotLeft) * i / 14 + 57, bottom + 30);
+        p.translate((right - left_) * i / 14 + left_ - 18, bottom + 30);
         p.rotate(-45);
         p.drawText(QPointF(0, ascent), getX(index));
         p.restore();

@@ -31,6 +31,7 @@ void clsBackBuffer::updateComparisonChart(const QStringList& the_xs, const std::
     const int right = image_.width() - balanceRightMargin;
     const int bottom = image_.height() - barsBottomMargin;
     const int top = barsTop;
+    left_ = plotLeft;
     outerBrush_ = outerBGColor;
     plotBrush_ = innerBGColor;
     QPainter p(&image_);

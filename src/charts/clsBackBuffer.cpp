@@ -122,7 +122,7 @@ void clsBackBuffer::drawCaption(QPainter& p, int right, const QString& caption) 
     // Centred over the plot, its top at row 5.
     p.setFont(paint::captionFont());
     p.setPen(Qt::black);
-    const int centre = (right - plotLeft) / 2 + plotLeft;
+    const int centre = (right - left_) / 2 + left_;
     p.drawText(QRect(centre - 400, 5, 800, 40), Qt::AlignHCenter | Qt::AlignTop | Qt::TextDontClip, caption);
 }
 
@@ -135,7 +135,7 @@ void clsBackBuffer::drawGrid(QPainter& p, int top, int right, int bottom, int la
         if (i > 0) {
             p.setPen(paint::pen(rgb(0, 0, 0), 1));
             p.setRenderHint(QPainter::Antialiasing, false);
-            p.drawLine(plotLeft, row, right, row);
+            p.drawLine(left_, row, right, row);
             p.setRenderHint(QPainter::Antialiasing, true);
         }
         // The value centred on its line: its top 7 rows above it.
@@ -151,8 +151,8 @@ void clsBackBuffer::drawAxis(QPainter& p, int top, int right, int bottom) const
 {
     p.setRenderHint(QPainter::Antialiasing, false);
     p.setPen(paint::pen(rgb(0, 0, 0), 1));
-    p.drawLine(right, bottom, plotLeft, bottom);
-    p.drawLine(plotLeft, bottom, plotLeft, top);
+    p.drawLine(right, bottom, left_, bottom);
+    p.drawLine(left_, bottom, left_, top);
     p.setRenderHint(QPainter::Antialiasing, true);
 }
 

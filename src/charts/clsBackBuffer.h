@@ -41,7 +41,11 @@ public:
         int YA = 0, YB = 0;           // rows of the two values
     };
     // The plot areas of the two charts: fixed margins round the surface.
+    // The balance chart moves its plot's left edge further in when a value
+    // of its scale is wider than the margin leaves room for (plotLeftEdge).
     static constexpr int plotLeft = 75;
+    // The least room between the surface's left edge and a scale's value.
+    static constexpr int labelMargin = 6;
     static constexpr int balanceTop = 22, balanceRightMargin = 28, balanceBottomMargin = 45;
     static constexpr int barsTop = 30, barsBottomMargin = 80;
     // A hover hits a point within this distance, in pixels.
@@ -124,6 +128,8 @@ public:
     int getPairYB(int i) const { return pair(i).YB; }
     int zeroY() const { return zeroY_; }
     const AxisScale& axis() const { return axis_; }
+    // The left edge of the last drawing's plot.
+    int plotLeftEdge() const { return left_; }
     // The row the credit line was drawn at; -1 when it was not drawn.
     int creditRow() const { return creditRow_; }
     // Whether the last balance chart had dots on its points.
@@ -160,6 +166,7 @@ private:
     std::vector<QPointF> points_;
     std::vector<Pair> pairs_;
     AxisScale axis_;
+    int left_ = plotLeft;
     int zeroY_ = 0;
     int creditRow_ = -1;
     bool dots_ = false;

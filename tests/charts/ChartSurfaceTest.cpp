@@ -58,6 +58,33 @@ TEST(BalanceChart, CreditAboveTheAxisRunsAlongTheTop)
     EXPECT_EQ(s.creditRow(), -1);
 }
 
+TEST(BalanceChart, WideScaleValuesMoveThePlotInRatherThanLoseDigits)
+{
+    PELKOR_REQUIRE_GUI();
+    clsBackBuffer s;
+    ASSERT_TRUE(s.Create(500, 300, 0, 0));
+    // Balances above a hundred million: the scale reads "-200,000,000".
+    const std::vector<double> big{-150e6, 120e6, 230e6, 310e6};
+    s.updateBalanceGraph(labels(4), big, QStringLiteral("גרף"));
+    const QImage img = s.hDC();
+    // Ink of the scale's values: dark pixels left of the plot.
+    int firstInk = -1;
+    for (int x = 0; x < s.plotLeftEdge() - 1 && firstInk < 0; ++x)
+        for (int y = clsBackBuffer::balanceTop; y < img.height() - clsBackBuffer::balanceBottomMargin; ++y)
+            if (qGray(img.pixel(x, y)) < 110) {
+                firstInk = x;
+                break;
+            }
+    ASSERT_GE(firstInk, 0);
+    EXPECT_GE(firstInk, clsBackBuffer::labelMargin - 1);
+    EXPECT_GT(s.plotLeftEdge(), clsBackBuffer::plotLeft);
+    // The points follow the plot's edge.
+    EXPECT_EQ(s.getPntX(0), s.plotLeftEdge());
+    // Small values keep the usual margin.
+    s.updateBalanceGraph(labels(4), {0, 1000, 2000, 3000}, QStringLiteral("גרף"));
+    EXPECT_EQ(s.plotLeftEdge(), clsBackBuffer::plotLeft);
+}
+
 TEST(BalanceChart, DotsOnlyWhereThePointsStandApart)
 {
     PELKOR_REQUIRE_GUI();

@@ -20,10 +20,10 @@ TEST_F(DemoWindowTest, DailySummaryShowsItsChartAndFollowsTheResize)
     QCoreApplication::processEvents();
     charts::DailySummary& d = m->daily();
     ASSERT_TRUE(d.active());
-    const QMap<QString, QString> names = accessibleNames(view.get());
+    const auto spoken = spokenControls(view.get());
     for (const char* name : {"msfgBank", "picChart", "HScrollChart", "lblChart", "lblMin", "lblMax", "cmdClose"})
-        EXPECT_TRUE(names.contains(QLatin1String(name))) << name;
-    EXPECT_EQ(names.value(QStringLiteral("lblChart")), QStringLiteral("   גרף יתרה 60 יום"));
+        EXPECT_TRUE(spoken.contains(QLatin1String(name))) << name;
+    EXPECT_EQ(spoken.value(QStringLiteral("lblChart")).name, QStringLiteral("   גרף יתרה 60 יום"));
 
     // The first drawing waits for the window; then the surface is the picture's size.
     auto* pic = view->findChild<ChartView*>(QStringLiteral("picChart"));
@@ -47,4 +47,32 @@ TEST_F(DemoWindowTest, DailySummaryShowsItsChartAndFollowsTheResize)
     view->findChild<QScrollBar*>(QStringLiteral("HScrollChart"))->setValue(20);
     EXPECT_EQ(d.chartHalf(), 10);
     EXPECT_EQ(d.picChart.pointCount(), 21);
+}
+
+TEST_F(LoadTest, BalancesAboveAHundredMillionShowWholeInTheGridAndOnTheScale)
+{
+    makeLedger(QStringLiteral(
+        "INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+        "(1,'+1','2025-03-01','1','פתיחה',123456789.12,0,1,'ZZZZZZZZZZ','ללא צבע'),"
+        "(2,'+1','2025-03-03','2','מכירה',250000000,0,1,' ','ללא צבע'),"
+        "(3,'-1','2025-03-06','3','רכישה',0,987654321.5,1,' ','ללא צבע');"));
+    start({QStringLiteral("open"), file}, QString());
+    ASSERT_FALSE(m->ended());
+    frmMainView view(*m);
+    emit m->loaded();
+    view.resize(1200, 700);
+    view.show();
+    QCoreApplication::processEvents();
+    m->mnuDailySummary_Click();
+    pause(400);
+    charts::DailySummary& d = m->daily();
+    ASSERT_TRUE(d.active());
+    auto* bank = view.findChild<QTableView*>(QStringLiteral("msfgBank"));
+    ASSERT_NE(bank, nullptr);
+    EXPECT_EQ(d.msfgBank.text(3, charts::dayColBalance), QStringLiteral("373,456,789.12"));
+    EXPECT_TRUE(cutCells(bank).isEmpty()) << cutCells(bank).join(QLatin1Char('\n')).toStdString();
+    // The scale's values stand whole left of the plot.
+    EXPECT_GT(d.picChart.plotLeftEdge(), charts::clsBackBuffer::plotLeft);
+    view.grab().save(shot(QStringLiteral("dailyLargeBalances.png")));
+    m->exitProg();
 }

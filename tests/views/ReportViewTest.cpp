@@ -8,7 +8,12 @@
 #include "reports/ReportFixture.h"
 #include "views/ViewWait.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTimer>
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -79,6 +84,31 @@ TEST_F(ReportWindowView, ATickInTheLiveListHidesTheRowAndRewritesTheTotals)
     preview->resize(1000, 700);
     pause(1500);
     preview->grab().save(shot(QStringLiteral("printPreview.png")));
+
+    // Saving as PDF offers the report's name in the program's own dialog:
+    // Hebrew, the name left to right. Saved as pdfDialog.png.
+    QString offered;
+    Qt::LayoutDirection nameDirection = Qt::RightToLeft;
+    QTimer watch;
+    watch.setInterval(20);
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        auto* dlg = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dlg || !dlg->isVisible())
+            return;
+        watch.stop();
+        auto* name = dlg->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        offered = name ? name->text() : QString();
+        nameDirection = name ? name->layoutDirection() : Qt::RightToLeft;
+        pause(300);
+        dlg->grab().save(shot(QStringLiteral("pdfDialog.png")));
+        dlg->reject();
+    });
+    watch.start();
+    auto* savePdf = preview->findChild<QAction*>(QStringLiteral("cmdSavePdf"));
+    ASSERT_NE(savePdf, nullptr);
+    savePdf->trigger();
+    EXPECT_EQ(offered, r.proposedSaveName() + QStringLiteral(".pdf"));
+    EXPECT_EQ(nameDirection, Qt::LeftToRight);
     preview->close();
     view->close();
     waitFor([&] { return alive.isNull(); }, 5000);

@@ -1,9 +1,10 @@
 // The windows over a real load: the demo ledger in a working run, and the
 // helpers the view tests share (the controls as the accessibility tree
-// names them, the painted pixels of a cell).
+// speaks them, the painted pixels of a cell).
 #pragma once
 
 #include "app/frmMainView.h"
+#include "app/grid/GridView.h"
 #include "file/LoadFixture.h"
 #include "gen/DemoLedger.h"
 
@@ -40,21 +41,48 @@ protected:
     QTableView* table = nullptr;
 };
 
-// The accessible names in the tree under w, with the description of each
-// (a label's text, a button's caption).
-inline QMap<QString, QString> accessibleNames(QWidget* w)
+// What a screen reader hears of a control: its accessible name and value.
+struct Spoken {
+    QString name, value;
+};
+
+// The visible controls in the accessibility tree under w (w included), by
+// object name ("" for those without one); a grid's cells and the pages of
+// a web view are not walked.
+inline QMultiMap<QString, Spoken> spokenControls(QWidget* w)
 {
-    QMap<QString, QString> names;
+    QMultiMap<QString, Spoken> spoken;
     std::function<void(QAccessibleInterface*, int)> walk = [&](QAccessibleInterface* a, int depth) {
-        if (!a || depth > 30)
+        if (!a || depth > 30 || a->state().invisible)
             return;
-        if (!a->state().invisible)
-            names.insert(a->text(QAccessible::Name), a->text(QAccessible::Description));
+        QObject* o = a->object();
+        spoken.insert(o ? o->objectName() : QString(), {a->text(QAccessible::Name), a->text(QAccessible::Value)});
+        if (a->role() == QAccessible::Table || (o && o->inherits("QWebEngineView")))
+            return;
         for (int i = 0; i < a->childCount(); ++i)
             walk(a->child(i), depth + 1);
     };
     walk(QAccessible::queryAccessibleInterface(w), 0);
-    return names;
+    return spoken;
+}
+
+// The visible cells of t that are drawn cut, as "row,col: text".
+inline QStringList cutCells(QTableView* t)
+{
+    auto* grid = qobject_cast<grid::GridView*>(t);
+    if (!grid)
+        return {QStringLiteral("not a grid")};
+    QStringList cut;
+    for (int r = std::max(0, t->rowAt(0)); r < t->model()->rowCount(); ++r) {
+        if (t->rowViewportPosition(r) > t->viewport()->height())
+            break;
+        for (int c = 0; c < t->model()->columnCount(); ++c) {
+            const QString text = t->model()->index(r, c).data().toString();
+            if (!text.isEmpty() && grid->shownText(r, c) != text)
+                cut << QStringLiteral("%1,%2: %3").arg(r).arg(c).arg(text);
+        }
+    }
+    return cut;
 }
 
 // What the view painted, in the view's viewport coordinates.

@@ -3,6 +3,7 @@
 
 #include "Downloader.h"
 
+#include "app/Placement.h"
 #include "base/Format.h"
 #include "seams/ui/Ui.h"
 
@@ -40,6 +41,7 @@ RunItWindow::RunItWindow(Downloader& downloader, ui::Ui& ui, QWidget* parent)
     // One line an account: what the feed will hold of it.
     grdAccounts_ = new QTableWidget(0, 7, this);
     grdAccounts_->setObjectName(QStringLiteral("grdAccounts"));
+    grdAccounts_->setAccessibleName(QStringLiteral("חשבונות"));
     grdAccounts_->setHorizontalHeaderLabels({QStringLiteral("חשבון"), QStringLiteral("שורות"), QStringLiteral("מתאריך"),
                                              QStringLiteral("עד תאריך"), QStringLiteral("זכות"), QStringLiteral("חובה"),
                                              QStringLiteral("יתרת סגירה")});
@@ -51,6 +53,7 @@ RunItWindow::RunItWindow(Downloader& downloader, ui::Ui& ui, QWidget* parent)
     // Problems, and the whole summary that scripted runs are shown.
     txtSummary_ = new QPlainTextEdit(this);
     txtSummary_->setObjectName(QStringLiteral("txtSummary"));
+    txtSummary_->setAccessibleName(QStringLiteral("בעיות"));
     txtSummary_->setReadOnly(true);
     QTextOption rtl = txtSummary_->document()->defaultTextOption();
     rtl.setTextDirection(Qt::RightToLeft);
@@ -78,6 +81,9 @@ RunItWindow::RunItWindow(Downloader& downloader, ui::Ui& ui, QWidget* parent)
 
 void RunItWindow::start()
 {
+    // Its owner is in another process: it opens in the middle of the
+    // screen, and the picker over it.
+    centreOn(*this, nullptr);
     show();
     QTimer::singleShot(0, this, [this] { pick(); });
 }

@@ -4,14 +4,13 @@
 #include "Downloader.h"
 #include "RunItWindow.h"
 
+#include "app/ui/QtHebrew.h"
 #include "app/ui/QtUi.h"
 #include "seams/platform/Paths.h"
 #include "seams/ui/ScriptedUi.h"
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QLibraryInfo>
-#include <QTranslator>
 
 #include <cstdio>
 #include <memory>
@@ -52,9 +51,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     app.setLayoutDirection(Qt::RightToLeft);
     app.setApplicationName(QStringLiteral("pelkor"));
-    QTranslator qtHebrew;
-    if (qtHebrew.load(QStringLiteral("qt_he"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        app.installTranslator(&qtHebrew);
+    ui::installQtHebrew(app);
     ui::QtUi qtUi;
     ui::Ui& ui = scripted ? static_cast<ui::Ui&>(*scripted) : static_cast<ui::Ui&>(qtUi);
     feed::Downloader downloader(ui, paths, command);

@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -36,7 +37,7 @@ DailySummaryView::DailySummaryView(frmMain& logic, std::function<void()> focusMa
     top->addWidget(cmdClose_);
     col->addLayout(top);
 
-    bank_ = named(new grid::GridView(d.msfgBank, this), QStringLiteral("msfgBank"));
+    bank_ = named(new grid::GridView(d.msfgBank, this), QStringLiteral("msfgBank"), QStringLiteral("סיכום לפי ימים"));
     bank_->tableModel()->setFigureColumns({charts::dayColIns, charts::dayColOuts, charts::dayColNet,
                                            charts::dayColBalance, charts::dayColExcess});
     col->addWidget(bank_, 3);
@@ -52,14 +53,15 @@ DailySummaryView::DailySummaryView(frmMain& logic, std::function<void()> focusMa
     on.wheel = [this](int r) {
         m_.guarded(QStringLiteral("MouseWheel"), [&] { m_.daily().picChart_MouseWheel(r); });
     };
-    chart_ = named(new ChartView(d.picChart, std::move(on), this), QStringLiteral("picChart"));
+    chart_ = named(new ChartView(d.picChart, std::move(on), this), QStringLiteral("picChart"),
+                   QStringLiteral("גרף יתרה יומי"));
     col->addWidget(chart_, 2);
 
     // The scroll bar's row: its bounds at its ends, the caption beside it.
     auto* bar = new QHBoxLayout();
     auto* lblMin = named(new QLabel(QString::number(charts::ChartShown::HScrollChartMin), this), QStringLiteral("lblMin"));
     auto* lblMax = named(new QLabel(QString::number(charts::ChartShown::HScrollChartMax), this), QStringLiteral("lblMax"));
-    scroll_ = named(new QScrollBar(Qt::Horizontal, this), QStringLiteral("HScrollChart"));
+    scroll_ = named(new QScrollBar(Qt::Horizontal, this), QStringLiteral("HScrollChart"), QStringLiteral("ימים בגרף"));
     scroll_->setRange(charts::ChartShown::HScrollChartMin, charts::ChartShown::HScrollChartMax);
     scroll_->setSingleStep(charts::ChartShown::HScrollChartSmallChange);
     scroll_->setPageStep(charts::ChartShown::HScrollChartLargeChange);
@@ -97,12 +99,10 @@ void DailySummaryView::mirror()
     const charts::DailySummary& d = m_.daily();
     const charts::ChartShown& s = d.shown();
     setVisible(s.visible);
+    // Each is read by the text it shows.
     title_->setText(s.lblTitle);
-    title_->setAccessibleDescription(s.lblTitle);
     lblChart_->setText(s.lblChart);
-    lblChart_->setAccessibleDescription(s.lblChart);
     cmdClose_->setText(s.cmdCloseCaption);
-    cmdClose_->setAccessibleDescription(s.cmdCloseCaption);
     {
         const QSignalBlocker block(scroll_);
         scroll_->setValue(s.HScrollChartValue);
@@ -115,6 +115,10 @@ void DailySummaryView::refit()
 {
     bank_->setRedLineRow(m_.daily().iBankRowAboveRed());
     bank_->resizeColumnsToContents();
+    // The days' columns side by side, up to half the screen: the main
+    // grid beside it scrolls sideways first.
+    const QScreen* screen = this->screen();
+    bank_->askForAllColumns(screen ? screen->availableGeometry().width() / 2 : 640);
     // The picture's size is the surface's: the first showing makes it.
     m_.guarded(QStringLiteral("picChart_Resize"), [&] { m_.daily().picChart_Resize(chart_->width(), chart_->height()); });
 }

@@ -21,6 +21,14 @@ bool isNegative(const QString& figure)
     return figure.endsWith(QLatin1Char('-'));
 }
 
+// A figure in width pixels: whole where its advance fits (the advance is
+// what sizeHint gives room for), else its left digits give way to an
+// ellipsis.
+QString figureText(const QFontMetrics& fm, const QString& text, int width)
+{
+    return fm.horizontalAdvance(text) <= width ? text : fm.elidedText(text, Qt::ElideLeft, width);
+}
+
 QColor mix(const QColor& a, const QColor& b, double shareOfB)
 {
     const auto part = [&](int x, int y) { return int(x * (1 - shareOfB) + y * shareOfB + 0.5); };
@@ -73,34 +81,61 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     }
 }
 
-void GridDelegate::drawFigure(QPainter* painter, const QStyleOptionViewItem& opt, const QString& text) const
+QRect GridDelegate::figureRect(const QStyleOptionViewItem& opt, const QString& text) const
 {
     const QWidget* widget = opt.widget;
     QStyle* style = widget ? widget->style() : QApplication::style();
-
-    const QFontMetrics fm(opt.font);
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, widget) + 1;
     QRect r = style->subElementRect(QStyle::SE_ItemViewItemText, &opt, widget).adjusted(margin, 0, -margin, 0);
     if (!isNegative(text))
-        r.setRight(r.right() - fm.horizontalAdvance(QLatin1Char('-')));
+        r.setRight(r.right() - QFontMetrics(opt.font).horizontalAdvance(QLatin1Char('-')));
+    return r;
+}
+
+void GridDelegate::drawFigure(QPainter* painter, const QStyleOptionViewItem& opt, const QString& text) const
+{
+    const QFontMetrics fm(opt.font);
+    const QRect r = figureRect(opt, text);
     const QPalette::ColorGroup group = (opt.state & QStyle::State_Enabled) ? QPalette::Normal : QPalette::Disabled;
     painter->save();
     painter->setFont(opt.font);
     painter->setPen(opt.palette.color(group, QPalette::Text));
     painter->setClipRect(opt.rect);
     painter->drawText(r, int(Qt::AlignAbsolute | Qt::AlignRight | Qt::AlignVCenter | Qt::TextForceLeftToRight),
-                      fm.elidedText(text, Qt::ElideLeft, r.width()));
+                      figureText(fm, text, r.width()));
     painter->restore();
+}
+
+QString GridDelegate::shownText(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    QStyleOptionViewItem opt(option);
+    initStyleOption(&opt, index);
+    const QFontMetrics fm(opt.font);
+    if (isFigure(index))
+        return figureText(fm, opt.text, figureRect(opt, opt.text).width());
+    // As the style lays a plain cell's text out.
+    const QWidget* widget = opt.widget;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, widget) + 1;
+    const QRect r = style->subElementRect(QStyle::SE_ItemViewItemText, &opt, widget).adjusted(margin, 0, -margin, 0);
+    return fm.elidedText(opt.text, opt.textElideMode, r.width());
 }
 
 QSize GridDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     QSize s = QStyledItemDelegate::sizeHint(option, index);
-    if (isFigure(index) && !isNegative(index.data(Qt::DisplayRole).toString())) {
-        QStyleOptionViewItem opt(option);
-        initStyleOption(&opt, index);
-        s.rwidth() += QFontMetrics(opt.font).horizontalAdvance(QLatin1Char('-'));
-    }
+    if (!isFigure(index))
+        return s;
+    // A figure is drawn by drawFigure, not by the style: it needs its
+    // text's advance and what figureRect takes off a cell, measured on a
+    // cell wide enough, so that a column of this width never elides it
+    // (and a pixel for the fraction the advance rounds away).
+    QStyleOptionViewItem opt(option);
+    initStyleOption(&opt, index);
+    constexpr int wide = 10000;
+    opt.rect = QRect(0, 0, wide, std::max(1, s.height()));
+    const int loss = wide - figureRect(opt, opt.text).width();
+    s.setWidth(std::max(s.width(), QFontMetrics(opt.font).horizontalAdvance(opt.text) + loss + 1));
     return s;
 }
 

@@ -31,12 +31,17 @@ public:
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    // The text paint draws for the cell: its whole text, or the part an
+    // ellipsis leaves when the cell is too narrow for it.
+    QString shownText(const QStyleOptionViewItem& option, const QModelIndex& index) const;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
 private:
     void drawFigure(QPainter* painter, const QStyleOptionViewItem& opt, const QString& text) const;
+    // Where a figure's text stands in a cell laid out as opt.
+    QRect figureRect(const QStyleOptionViewItem& opt, const QString& text) const;
 
     QAbstractItemView* view_;
 };

@@ -9,6 +9,7 @@
 
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QStyleOptionViewItem>
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QScrollBar>
@@ -54,8 +55,21 @@ GridView::GridView(GridModel& g, QWidget* parent) : QTableView(parent), g_(g)
     connect(model_, &QAbstractItemModel::modelReset, this, [this] {
         applyHeights();
         setRedLineRow(redLineGridRow_);
+        fitShownTexts();
     });
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { takeTopRow(); });
+    connect(model_, &QAbstractItemModel::dataChanged, this, &GridView::cellsChanged);
+    connect(model_, &QAbstractItemModel::headerDataChanged, this, [this](Qt::Orientation o) {
+        if (o == Qt::Horizontal)
+            fitShownTexts();
+    });
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+        if (allColumnsMax_ > 0)
+            askForAllColumns(allColumnsMax_);
+    });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        takeTopRow();
+        fitShownTexts();
+    });
     applyHeights();
     applyWidths();
 }
@@ -100,6 +114,75 @@ void GridView::fitFillColumn()
     }
 }
 
+void GridView::fitShownTexts(int first, int last)
+{
+    const int cols = model_->columnCount(), rows = model_->rowCount();
+    if (cols == 0)
+        return;
+    // The rows in the viewport, and one more for a row cut at the bottom.
+    const int top = std::max(0, rowAt(0));
+    int bottom = rowAt(viewport()->height() - 1);
+    bottom = bottom < 0 ? rows - 1 : std::min(rows - 1, bottom + 1);
+    first = first < 0 ? top : std::max(first, top);
+    last = last < 0 ? bottom : std::min(last, bottom);
+    bool widened = false;
+    for (int c = 0; c < cols; ++c) {
+        if (c == fillCol_ || isColumnHidden(c))
+            continue;
+        int needed = horizontalHeader()->sectionSizeHint(c);
+        for (int r = first; r <= last; ++r)
+            if (!isRowHidden(r))
+                needed = std::max(needed, widthNeeded(r, c));
+        if (needed > columnWidth(c)) {
+            setColumnWidth(c, needed);
+            widened = true;
+        }
+    }
+    if (widened)
+        fitFillColumn();
+}
+
+int GridView::widthNeeded(int itemRow, int itemCol) const
+{
+    const QModelIndex index = model_->index(itemRow, itemCol);
+    if (!index.isValid())
+        return 0;
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    // As QTableView measures a column: the delegate's width and the grid line.
+    return itemDelegateForIndex(index)->sizeHint(option, index).width() + (showGrid() ? 1 : 0);
+}
+
+void GridView::askForAllColumns(int maxWidth)
+{
+    allColumnsMax_ = maxWidth;
+    int total = verticalHeader()->isVisible() ? verticalHeader()->width() : 0;
+    for (int c = 0; c < model_->columnCount(); ++c)
+        if (!isColumnHidden(c))
+            total += columnWidth(c);
+    total += 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    setMinimumWidth(std::min(total, maxWidth));
+}
+
+QString GridView::shownText(int itemRow, int itemCol) const
+{
+    const QModelIndex index = model_->index(itemRow, itemCol);
+    auto* delegate = qobject_cast<GridDelegate*>(itemDelegateForIndex(index));
+    if (!index.isValid() || !delegate)
+        return {};
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    return delegate->shownText(option, index);
+}
+
+void GridView::cellsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)
+{
+    if (!topLeft.isValid() || !bottomRight.isValid())
+        return;
+    fitShownTexts(topLeft.row(), bottomRight.row());
+}
+
 void GridView::applyHeights()
 {
     for (int r : hiddenRows_)
@@ -128,6 +211,7 @@ void GridView::applyWidths()
         if (w >= 0)
             setColumnWidth(c, w / twipsPerPixel);
     }
+    fitShownTexts();
     fitFillColumn();
 }
 
@@ -197,6 +281,7 @@ void GridView::resizeEvent(QResizeEvent* e)
     QTableView::resizeEvent(e);
     g_.setVisibleRows(pageRows());
     redLine_->place();
+    fitShownTexts();
 }
 
 void GridView::updateGeometries()

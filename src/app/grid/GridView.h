@@ -13,7 +13,10 @@
 // Cells are painted by GridDelegate: the model's colours, never the
 // style's selection over them, and figures aligned on their decimal
 // points. One column may fill the width the others leave (setFillColumn),
-// down to a minimum below which the grid scrolls sideways.
+// down to a minimum below which the grid scrolls sideways. The other
+// columns grow to fit every text they show as it changes, scrolls into
+// view or comes with a load (fitShownTexts), so a sum is never cut; they
+// shrink only when the owner fits them anew (resizeColumnsToContents).
 //
 // The view decides nothing about the ledger: it tells its owner that the
 // cursor entered a cell (cellEntered) and the owner forwards that to the
@@ -63,6 +66,20 @@ public:
     void setFillColumn(int itemCol, int minWidth);
     void fitFillColumn();
 
+    // Widens every column but the fill column to the widest of its header
+    // and of the texts of item rows first..last that show; -1, -1: the rows
+    // in the viewport.
+    void fitShownTexts(int first = -1, int last = -1);
+    // The width item (row, col) needs to show its text whole.
+    int widthNeeded(int itemRow, int itemCol) const;
+    // The view asks for the width of all its columns (at most maxWidth), so
+    // that a layout gives it room to show them side by side; it follows
+    // the columns as they widen.
+    void askForAllColumns(int maxWidth);
+    // The text painted in item (row, col) at its width now: the whole text
+    // or what an ellipsis leaves of it.
+    QString shownText(int itemRow, int itemCol) const;
+
 signals:
     // The user moved the cursor to (row, col) of the grid (Row and Col of
     // the grid are already set).
@@ -90,6 +107,7 @@ private:
     void applyCursor();
     void applyTopRow();
     void takeTopRow();
+    void cellsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
 
     GridModel& g_;
     GridTableModel* model_ = nullptr;
@@ -99,6 +117,7 @@ private:
     int wheelRest_ = 0;             // eighths of a degree not yet a notch
     int fillCol_ = -1;              // item column that fills the width
     int fillMin_ = 0;
+    int allColumnsMax_ = 0;         // askForAllColumns' limit; 0: off
     bool fitting_ = false;          // fitFillColumn is under way
     bool syncing_ = false;          // one side moves because the other did
     bool dragging_ = false;         // a drag with the left button is under way

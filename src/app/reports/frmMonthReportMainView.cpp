@@ -1,6 +1,8 @@
 #include "app/reports/frmMonthReportMainView.h"
 
 #include "app/Named.h"
+#include "app/Placement.h"
+#include "app/ui/QtUi.h"
 #include "app/web/QtWebView.h"
 #include "seams/bus/Mailbox.h"
 
@@ -9,7 +11,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QEventLoop>
-#include <QFileDialog>
 #include <QFont>
 #include <QFontMetrics>
 #include <QHBoxLayout>
@@ -22,6 +23,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QWebEnginePage>
@@ -43,8 +45,8 @@ constexpr int listWidth = 200;
 frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, reports::PeriodType type, QWidget* parent)
     : QWidget(parent, Qt::Window)
 {
+    // A screen reader names the window by its title.
     setObjectName(QStringLiteral("frmMonthReportMain"));
-    setAccessibleName(QStringLiteral("frmMonthReportMain"));
     setAttribute(Qt::WA_DeleteOnClose);
     setLayoutDirection(Qt::RightToLeft);
     auto* col = new QVBoxLayout(this);
@@ -58,10 +60,10 @@ frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, repor
     top->addWidget(opt_[0]);
     top->addSpacing(12);
     top->addWidget(named(new QLabel(QStringLiteral("מתאריך:"), this), QStringLiteral("lblFrom")));
-    txtFrom_ = named(new QLineEdit(this), QStringLiteral("txtFrom"));
+    txtFrom_ = named(new QLineEdit(this), QStringLiteral("txtFrom"), QStringLiteral("מתאריך"));
     top->addWidget(txtFrom_);
     top->addWidget(named(new QLabel(QStringLiteral(" עד תאריך:"), this), QStringLiteral("lblTo")));
-    txtTo_ = named(new QLineEdit(this), QStringLiteral("txtTo"));
+    txtTo_ = named(new QLineEdit(this), QStringLiteral("txtTo"), QStringLiteral("עד תאריך"));
     top->addWidget(txtTo_);
     for (QLineEdit* t : {txtFrom_, txtTo_}) {
         t->setLayoutDirection(Qt::LeftToRight);
@@ -88,6 +90,8 @@ frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, repor
     for (int which : {1, 0}) {
         reports_[which] = named(new web::QtWebView(pane_), which ? QStringLiteral("wbReport1") : QStringLiteral("wbReport0"));
         lists_[which] = named(new web::QtWebView(pane_), which ? QStringLiteral("wbList1") : QStringLiteral("wbList0"));
+        reports_[which]->setSpokenName(which ? QStringLiteral("דוח לפי סיווגים") : QStringLiteral("דוח לפי סוגים"));
+        lists_[which]->setSpokenName(which ? QStringLiteral("רשימת הסיווגים") : QStringLiteral("רשימת הסוגים"));
     }
 
     // The logic, on these views; the type pair only where the file has types
@@ -127,7 +131,11 @@ frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, repor
     connect(txtFrom_, &QLineEdit::textEdited, this, [this](const QString& t) { logic_->txtFrom_Change(t); });
     connect(txtTo_, &QLineEdit::textEdited, this, [this](const QString& t) { logic_->txtTo_Change(t); });
 
-    resize(1100, 640);
+    // At most nine tenths of the screen, centred on its owner.
+    const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
+    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(1100, 640);
+    resize(std::min(1100, room.width()), std::min(640, room.height()));
+    centreOn(*this, parentWidget());
     // Seen from the start: the pages load in a window the engine knows is
     // shown, and the pointer waits until the logic has built them.
     show();
@@ -149,7 +157,6 @@ void frmMonthReportMainView::shownChanged()
     opt_[s.optKindsOrTypes]->setChecked(true);
     chkPrintBGColors_->setChecked(s.chkPrintBGColors);
     cmdToggleTaskpane_->setText(s.cmdToggleTaskpaneCaption);
-    cmdToggleTaskpane_->setAccessibleDescription(s.cmdToggleTaskpaneCaption);
     if (s.busy)
         setCursor(Qt::WaitCursor);
     else
@@ -243,7 +250,6 @@ void frmMonthReportMainView::printPreview(web::WebView& view, bool backgroundCol
     auto* dlg = new QPrintPreviewDialog(printer, this);
     dlg->setAttribute(Qt::WA_DeleteOnClose);
     dlg->setObjectName(QStringLiteral("dlgPrintPreview"));
-    dlg->setAccessibleName(QStringLiteral("dlgPrintPreview"));
     dlg->setWindowTitle(QStringLiteral("תצוגה לפני הדפסה"));
     connect(dlg, &QObject::destroyed, [printer] { delete printer; });
     // The engine prints on its own time: the preview waits for it.
@@ -259,8 +265,13 @@ void frmMonthReportMainView::printPreview(web::WebView& view, bool backgroundCol
         QAction* pdf = bar->addAction(QStringLiteral("שמור כ-PDF"));
         pdf->setObjectName(QStringLiteral("cmdSavePdf"));
         connect(pdf, &QAction::triggered, dlg, [this, engine, dlg] {
-            const QString path = QFileDialog::getSaveFileName(dlg, QStringLiteral("שמור כ-PDF"), logic_->proposedSaveName() + QStringLiteral(".pdf"),
-                                                              QStringLiteral("PDF (*.pdf)"));
+            // The program's own file dialog: Hebrew, its paths and names left to right.
+            ui::FileDialogOptions spec;
+            spec.title = QStringLiteral("שמור כ-PDF");
+            spec.filter = QStringLiteral("PDF (*.pdf)|*.pdf");
+            spec.defaultExt = QStringLiteral("pdf");
+            spec.fileName = logic_->proposedSaveName() + QStringLiteral(".pdf");
+            const QString path = ui::QtUi(dlg).saveFileDialog(spec);
             if (!path.isEmpty())
                 engine->page()->printToPdf(path, QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(10, 10, 10, 10)));
         });

@@ -1,6 +1,7 @@
 // QtUi: prompts as real right-to-left Qt windows (see the header).
 #include "app/ui/QtUi.h"
 
+#include "app/Placement.h"
 #include "app/ui/frmNoIpusView.h"
 #include "app/ui/frmPasswordView.h"
 #include "app/ui/dlgKindView.h"
@@ -11,10 +12,13 @@
 #include "app/ui/frmTzefiView.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFileSystemModel>
+#include <QLocale>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -60,7 +64,9 @@ QMessageBox::Icon iconOf(Icon i)
 }
 
 // Cells whose text reads left to right, in a view that keeps its
-// right-to-left order of columns.
+// right-to-left order of columns. The sizes and dates of the dialog's
+// files come in the program's forms (Qt writes them in the desktop's
+// locale, English where that is unset): "12.5 ק\"ב", "01/06/2025 14:05".
 class LeftToRightCells : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -70,7 +76,18 @@ protected:
     {
         QStyledItemDelegate::initStyleOption(option, index);
         option->direction = Qt::LeftToRight;
+        const auto* files = qobject_cast<const QFileSystemModel*>(index.model());
+        if (!files)
+            return;
+        if (index.column() == sizeColumn && !files->isDir(index))
+            option->text = QtUi::fileSize(files->size(index));
+        else if (index.column() == dateColumn)
+            option->text = files->lastModified(index).toString(QStringLiteral("dd/MM/yyyy HH:mm"));
     }
+
+private:
+    // The columns of Qt's file system model.
+    static constexpr int sizeColumn = 1, dateColumn = 3;
 };
 
 // The text a style draws for a widget, left to right: a combo box draws
@@ -117,6 +134,28 @@ void QtUi::keepPathsLeftToRight(QFileDialog& dlg)
     }
 }
 
+QWidget* QtUi::owner() const
+{
+    if (parent_ && parent_->isVisible() && !parent_->isMinimized())
+        return parent_;
+    return QApplication::activeWindow();
+}
+
+QString QtUi::fileSize(qint64 bytes)
+{
+    // Qt's own words for the units, in Hebrew where installed.
+    const char* units[] = {"%1 KB", "%1 MB", "%1 GB", "%1 TB"};
+    if (bytes < 1024)
+        return QCoreApplication::translate("QFileSystemModel", "%1 bytes").arg(bytes);
+    double v = double(bytes) / 1024;
+    int u = 0;
+    while (v >= 1024 && u < 3) {
+        v /= 1024;
+        ++u;
+    }
+    return QCoreApplication::translate("QFileSystemModel", units[u]).arg(QLocale::c().toString(v, 'f', v < 10 ? 1 : 0));
+}
+
 QString QtUi::buttonText(Answer a)
 {
     switch (a) {
@@ -144,6 +183,9 @@ Answer QtUi::msgBox(const QString& text, const QString& title, Buttons buttons, 
             box.setEscapeButton(b);
     }
     box.setDefaultButton(static_cast<QPushButton*>(made.front().first));
+    // Qt centres a box on a parent that shows.
+    if (owner() != parent_)
+        centreOn(box, owner());
     box.exec();
     for (const auto& [button, answer] : made)
         if (box.clickedButton() == button)
@@ -165,6 +207,8 @@ std::optional<QString> QtUi::inputBox(const QString& prompt, const QString& titl
     dlg.setTextValue(defaultText);
     dlg.setOkButtonText(buttonText(Answer::OK));
     dlg.setCancelButtonText(buttonText(Answer::Cancel));
+    if (owner() != parent_)
+        centreOn(dlg, owner());
     if (dlg.exec() != QDialog::Accepted)
         return std::nullopt;
     return dlg.textValue();
@@ -193,6 +237,7 @@ QStringList QtUi::runFileDialog(const FileDialogOptions& spec, bool save)
     }
     if (!spec.fileName.isEmpty())
         dlg.selectFile(spec.fileName);
+    centreOn(dlg, owner());
     for (;;) {
         if (dlg.exec() != QDialog::Accepted)
             return {};
@@ -222,12 +267,13 @@ namespace {
 // Shows the view V of a dialog whose logic is of class L; false when the
 // dialog is of another class than its name promises.
 template <class View, class Logic>
-bool show(Dialog& d, QWidget* parent)
+bool show(Dialog& d, QWidget* parent, QWidget* owner)
 {
     auto* logic = dynamic_cast<Logic*>(&d);
     if (!logic)
         return false;
     View view(*logic, parent);
+    centreOn(view, owner);
     view.exec();
     return true;
 }
@@ -239,21 +285,21 @@ bool QtUi::runDialog(Dialog& d)
     const QString name = d.name();
     bool shown = false;
     if (name == QLatin1String("frmNoIpus"))
-        shown = show<frmNoIpusView, frmNoIpus>(d, parent_);
+        shown = show<frmNoIpusView, frmNoIpus>(d, parent_, owner());
     else if (name == QLatin1String("frmPassword"))
-        shown = show<frmPasswordView, frmPassword>(d, parent_);
+        shown = show<frmPasswordView, frmPassword>(d, parent_, owner());
     else if (name == QLatin1String("dlgKind"))
-        shown = show<dlgKindView, dlgKind>(d, parent_);
+        shown = show<dlgKindView, dlgKind>(d, parent_, owner());
     else if (name == QLatin1String("frmCalc"))
-        shown = show<frmCalcView, frmCalc>(d, parent_);
+        shown = show<frmCalcView, frmCalc>(d, parent_, owner());
     else if (name == QLatin1String("frmAddLine"))
-        shown = show<frmAddLineView, frmAddLine>(d, parent_);
+        shown = show<frmAddLineView, frmAddLine>(d, parent_, owner());
     else if (name == QLatin1String("frmConstantTransactions"))
-        shown = show<frmConstantTransactionsView, frmConstantTransactions>(d, parent_);
+        shown = show<frmConstantTransactionsView, frmConstantTransactions>(d, parent_, owner());
     else if (name == QLatin1String("frmTzefi"))
-        shown = show<frmTzefiView, frmTzefi>(d, parent_);
+        shown = show<frmTzefiView, frmTzefi>(d, parent_, owner());
     else if (name == QLatin1String("frmSubtractFromTzefi"))
-        shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_);
+        shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_, owner());
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

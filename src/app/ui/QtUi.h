@@ -2,8 +2,10 @@
 // boxes and file dialogs, and a Qt view for each of the program's own
 // dialogs (picked by the dialog's name).
 //
-// Every window is modal to the parent window given (or to the application)
-// and carries the title the caller gives; an empty title becomes "פלקור".
+// Every window is modal to the parent window given (or to the application),
+// opens centred on the window the user works in (the parent when it shows,
+// else the active window), and carries the title the caller gives; an
+// empty title becomes "פלקור".
 //
 // A file dialog is right to left like the rest, but what it shows of the
 // file system reads left to right: the folder's path, the file name, the
@@ -40,6 +42,8 @@ public:
     // Sets the parts of Qt's own file dialog that show paths, file names,
     // filters, sizes and dates left to right (nothing in the desktop's).
     static void keepPathsLeftToRight(QFileDialog& dlg);
+    // A file's size as the file dialog shows it: "940 בתים", "91.8 ק\"ב".
+    static QString fileSize(qint64 bytes);
 
     // The user clicks for themselves: nothing to do.
     void windowReady(const QString&, const QString&, std::function<void(const QString&)>) override {}
@@ -50,6 +54,8 @@ public:
 
 private:
     QStringList runFileDialog(const FileDialogOptions& spec, bool save);
+    // The window a prompt opens over.
+    QWidget* owner() const;
 
     QPointer<QWidget> parent_;
 };

@@ -20,7 +20,7 @@ dlgKindView::dlgKindView(dlgKind& logic, QWidget* parent) : QDialog(parent), log
         column->addWidget(new QLabel(logic.label(name), this));
         auto* list = new QListWidget(this);
         list->setObjectName(name);
-        list->setAccessibleName(name);
+        list->setAccessibleName(logic.label(name));
         list->setMinimumWidth(220);
         for (const QString& row : logic.controls()[name == QLatin1String("lstKind0") ? 0 : 1].items) {
             auto* item = new QListWidgetItem(row, list);

@@ -1,5 +1,7 @@
 #include "app/ui/frmCalcView.h"
 
+#include "app/AmountLabel.h"
+
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -15,15 +17,12 @@ frmCalcView::frmCalcView(frmCalc& logic, QWidget* parent) : QDialog(parent), log
     setLayoutDirection(Qt::LeftToRight);
     setStyleSheet(QStringLiteral("QDialog { background: rgb(255, 255, 153); }"));
     auto* grid = new QGridLayout(this);
-    txtNum_ = new QLabel(this);
-    txtNum_->setObjectName(QStringLiteral("txtNum"));
-    txtNum_->setAccessibleName(QStringLiteral("txtNum"));
+    // Read as what they are, their numbers as the values.
+    txtNum_ = new AmountLabel(QStringLiteral("txtNum"), QStringLiteral("תצוגה"), this);
     txtNum_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     txtNum_->setFrameShape(QFrame::Box);
     txtNum_->setStyleSheet(QStringLiteral("background: white; font-size: 16pt; padding: 2px;"));
-    txtMem_ = new QLabel(this);
-    txtMem_->setObjectName(QStringLiteral("txtMem"));
-    txtMem_->setAccessibleName(QStringLiteral("txtMem"));
+    txtMem_ = new AmountLabel(QStringLiteral("txtMem"), QStringLiteral("זיכרון"), this);
     grid->addWidget(txtMem_, 0, 0);
     grid->addWidget(txtNum_, 0, 1, 1, 4);
     const char* rows[][5] = {
@@ -42,7 +41,6 @@ frmCalcView::frmCalcView(frmCalc& logic, QWidget* parent) : QDialog(parent), log
             // Marks on either side keep "M+" and "+/-" in their own order.
             auto* b = new QPushButton(QChar(0x200E) + logic.label(name) + QChar(0x200E), this);
             b->setObjectName(name);
-            b->setAccessibleName(name);
             // The keyboard stays with the window, as it does on the old form.
             b->setFocusPolicy(Qt::NoFocus);
             connect(b, &QPushButton::clicked, this, [this, name] { press(name); });
@@ -63,8 +61,8 @@ void frmCalcView::press(const QString& name)
 
 void frmCalcView::mirror()
 {
-    txtNum_->setText(logic_.control(QStringLiteral("txtNum")));
-    txtMem_->setText(logic_.control(QStringLiteral("txtMem")));
+    txtNum_->setAmount(logic_.control(QStringLiteral("txtNum")));
+    txtMem_->setAmount(logic_.control(QStringLiteral("txtMem")));
     if (logic_.isClosed())
         logic_.accepted() ? accept() : QDialog::reject();
 }

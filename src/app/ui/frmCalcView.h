@@ -8,7 +8,7 @@
 
 #include <QDialog>
 
-class QLabel;
+namespace pelkor { class AmountLabel; }
 
 namespace pelkor::ui {
 
@@ -25,8 +25,8 @@ private:
     void mirror();
 
     frmCalc& logic_;
-    QLabel* txtNum_ = nullptr;
-    QLabel* txtMem_ = nullptr;
+    AmountLabel* txtNum_ = nullptr;
+    AmountLabel* txtMem_ = nullptr;
 };
 
 } // namespace pelkor::ui

@@ -55,8 +55,10 @@ frmConstantTransactionsView::frmConstantTransactionsView(frmConstantTransactions
     };
     for (const Cell& c : cells) {
         const QString name = QString::fromLatin1(c.name);
-        grid->addWidget(new QLabel(logic.label(name), this), c.row, c.col);
+        auto* label = new QLabel(logic.label(name), this);
+        grid->addWidget(label, c.row, c.col);
         QLineEdit* edit = field(name, QString::fromLatin1(c.placeholder));
+        label->setBuddy(edit);   // the box is read by its label
         QString arrow;
         for (const auto& a : arrowOf)
             if (name == QLatin1String(a[0]))
@@ -69,7 +71,7 @@ frmConstantTransactionsView::frmConstantTransactionsView(frmConstantTransactions
         auto* box = new QHBoxLayout;
         box->setSpacing(0);
         box->addWidget(edit);
-        auto* img = named(new QToolButton(this), arrow);
+        auto* img = named(new QToolButton(this), arrow, QStringLiteral("פתח את הרשימה"));
         img->setArrowType(Qt::DownArrow);
         img->setFocusPolicy(Qt::NoFocus);
         connect(img, &QToolButton::clicked, this, [this, name] {
@@ -79,7 +81,7 @@ frmConstantTransactionsView::frmConstantTransactionsView(frmConstantTransactions
         box->addWidget(img);
         grid->addLayout(box, c.row, c.col + 1);
         const QString listName = frmConstantTransactions::listOf(name);
-        auto* list = named(new QListWidget(this), listName);
+        auto* list = named(new QListWidget(this), listName, logic.label(name));
         list->hide();
         list->setFocusPolicy(Qt::NoFocus);
         connect(list, &QListWidget::itemClicked, this, [this, listName](QListWidgetItem* item) {

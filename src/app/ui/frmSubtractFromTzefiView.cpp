@@ -18,13 +18,13 @@ frmSubtractFromTzefiView::frmSubtractFromTzefiView(frmSubtractFromTzefi& logic, 
     setLayoutDirection(Qt::RightToLeft);
     setWindowTitle(logic.caption());
     setObjectName(logic.name());
-    setAccessibleName(logic.name());
 
     auto* text = new QLabel(logic.text(), this);
-    auto* imgArrow = named(new QToolButton(this), QStringLiteral("imgArrow"));
+    auto* imgArrow = named(new QToolButton(this), QStringLiteral("imgArrow"), QStringLiteral("הצג או הסתר את השורות"));
     imgArrow->setArrowType(Qt::DownArrow);
     imgArrow->setAutoRaise(true);
     wb_ = named(new web::QtWebView(this), QStringLiteral("wb"));
+    wb_->setSpokenName(QStringLiteral("שורות התחזית"));
     auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
     auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), this), QStringLiteral("cmdCancel"));
     cmdOK->setDefault(true);

@@ -14,7 +14,6 @@ frmTzefiView::frmTzefiView(frmTzefi& logic, QWidget* parent) : QDialog(parent), 
     setLayoutDirection(Qt::RightToLeft);
     setWindowTitle(logic.caption());
     setObjectName(logic.name());
-    setAccessibleName(logic.name());
     auto* chkTzefiLine = named(new QCheckBox(logic.label(QStringLiteral("chkTzefiLine")), this), QStringLiteral("chkTzefiLine"));
     auto* chkHashavshevet =
         named(new QCheckBox(logic.label(QStringLiteral("chkHashavshevet")), this), QStringLiteral("chkHashavshevet"));

@@ -103,7 +103,6 @@ QtWebView::QtWebView(QWidget* parent) : QWidget(parent)
     layout->setContentsMargins(0, 0, 0, 0);
     view_ = new QWebEngineView(this);
     view_->setObjectName(QStringLiteral("wb"));
-    view_->setAccessibleName(QStringLiteral("wb"));
     layout->addWidget(view_);
     QWebEngineSettings* s = view_->settings();
     s->setDefaultTextEncoding(QStringLiteral("windows-1255"));
@@ -130,6 +129,12 @@ QtWebView::QtWebView(QWidget* parent) : QWidget(parent)
 }
 
 QtWebView::~QtWebView() = default;
+
+void QtWebView::setSpokenName(const QString& name)
+{
+    setAccessibleName(name);
+    view_->setAccessibleName(name);
+}
 
 void QtWebView::navigate(const QString& target)
 {

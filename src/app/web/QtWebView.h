@@ -56,6 +56,8 @@ public:
     void execScript(const QString& script) override;
 
     QWebEngineView* engineView() const { return view_; }
+    // What a screen reader calls the page's pane (in Hebrew: "דוח לפי סיווגים").
+    void setSpokenName(const QString& name);
     // Runs a script in the program's world and returns its value; an
     // invalid value after five seconds without an answer.
     QVariant evaluate(const QString& script);

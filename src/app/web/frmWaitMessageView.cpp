@@ -11,7 +11,7 @@ frmWaitMessageView::frmWaitMessageView(const QString& programDir, QWidget* paren
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
 {
     setObjectName(QStringLiteral("frmWaitMessage"));
-    setAccessibleName(QStringLiteral("frmWaitMessage"));
+    setAccessibleName(QStringLiteral("הודעת המתנה"));
     setLayoutDirection(Qt::RightToLeft);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);

@@ -153,6 +153,12 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const
 
 QVariant GridTableModel::headerData(int section, Qt::Orientation o, int role) const
 {
+    // A screen reader hears a row's number, and whether the cursor is on
+    // it, rather than the mark ("o") drawn there.
+    if (role == Qt::AccessibleTextRole && o == Qt::Vertical && section >= 0 && section < std::min(rows_, bodyRows())) {
+        const bool marked = g_.FixedCols() > 0 && !cellData(gridRow(section), 0, Qt::DisplayRole).toString().isEmpty();
+        return QStringLiteral("שורה %1%2").arg(section + 1).arg(marked ? QStringLiteral(", השורה הנוכחית") : QString());
+    }
     if (role != Qt::DisplayRole && role != Qt::BackgroundRole && role != Qt::ForegroundRole && role != Qt::FontRole)
         return {};
     if (o == Qt::Horizontal) {
