@@ -3,6 +3,7 @@
 #include "app/AmountLabel.h"
 #include "app/CellEditorsView.h"
 #include "app/charts/DailySummaryView.h"
+#include "app/reconcile/ReconcileView.h"
 #include "app/Named.h"
 #include "app/frmFindView.h"
 #include "app/reports/frmMonthReportMainView.h"
@@ -74,7 +75,11 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     middle->addWidget(table_, 3);
     daily_ = new DailySummaryView(m_, [this] { table_->setFocus(); }, central);
     middle->addWidget(daily_, 2);
+    // A reconciliation's bank rows stand beside the grid too.
+    reconcile_ = new ReconcileView(m_, [this] { table_->setFocus(); }, central);
+    middle->addWidget(reconcile_, 3);
     col->addLayout(middle, 1);
+    col->addWidget(reconcile_->mainMarksBar());
 
     // A detail child's totals, under the grid. The sums read left to right.
     totals_ = new QWidget(central);
@@ -141,6 +146,13 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("cmdMonthReport_Click"), [this] { m_.makePeriodReport(QStringLiteral("m")); });
     });
     buttons->addWidget(cmdMonthReport_);
+    cmdBankCoordination_ = named(new QPushButton(QStringLiteral("התאמת בנק"), central), QStringLiteral("cmdBankCoordination"));
+    cmdBankCoordination_->setFocusPolicy(Qt::NoFocus);
+    connect(cmdBankCoordination_, &QPushButton::clicked, this, [this] {
+        table_->setFocus();
+        m_.guarded(QStringLiteral("cmdBankCoordination_Click"), [this] { m_.cmdBankCoordination_Click(); });
+    });
+    buttons->addWidget(cmdBankCoordination_);
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
     buttons->addWidget(cmdCancel_);
@@ -188,6 +200,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("mnuAddNewLine_Click"), [this] { m_.cmdAdd_Click(); });
         afterEdit();
     });
+    mnuPerformBankCoordination_ = mnuActions_->addAction(QStringLiteral("התאמת בנק"));
+    mnuPerformBankCoordination_->setObjectName(QStringLiteral("mnuPerformBankCoordination"));
+    connect(mnuPerformBankCoordination_, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.guarded(QStringLiteral("mnuPerformBankCoordination_Click"), [this] { m_.cmdBankCoordination_Click(); });
+    });
     mnuAddLineToFile_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddLineToFile")));
     mnuAddLineToFile_->setObjectName(QStringLiteral("mnuAddLineToFile"));
     connect(mnuAddLineToFile_, &QAction::triggered, this, [this] {
@@ -223,6 +241,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         new frmMonthReportMainView(m_.reportParts(), reports::periodTypeOf(sPeriod), this);
     });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
+    mnuAutomaticBankCoordination_ = mnuDefs_->addAction(QStringLiteral("&משיכת נתונים אוטומטית"));
+    mnuAutomaticBankCoordination_->setObjectName(QStringLiteral("mnuAutomaticBankCoordination"));
+    mnuAutomaticBankCoordination_->setCheckable(true);
+    connect(mnuAutomaticBankCoordination_, &QAction::triggered, this, [this] {
+        m_.guarded(QStringLiteral("mnuAutomaticBankCoordination_Click"), [this] { m_.mnuAutomaticBankCoordination_Click(); });
+    });
     mnuResetBankData_ = mnuDefs_->addAction(QStringLiteral("אפס נתוני חשבון"));
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
         m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { m_.mnuResetBankData_Click(); });
@@ -249,6 +273,7 @@ void frmMainView::mirror()
         placed_ = m_.shown().ltrb;
         setGeometry(placed_);
     }
+    showSession();
     showTotals();
     if (status_->text() != m_.shown().lblStatus) {
         setLabel(status_, m_.shown().lblStatus);
@@ -296,6 +321,34 @@ void frmMainView::showControls()
         placeChildWindow();
 }
 
+void frmMainView::showSession()
+{
+    // A reconciliation takes some of the ledger's controls away while it runs.
+    const ShownControls c = shownControls(m_.instance());
+    const reconcile::SessionShown& s = m_.session().shown;
+    reconcile_->mirror();
+    mnuAutomaticBankCoordination_->setChecked(m_.shown().mnuAutomaticBankCoordinationChecked);
+    mnuAutomaticBankCoordination_->setEnabled(!s.split);
+    cmdBankCoordination_->setVisible(c.cmdBankCoordination);
+    cmdBankCoordination_->setEnabled(s.cmdBankCoordinationEnabled);
+    cmdBankCoordination_->setText(s.cmdBankCoordinationCaption.isEmpty() ? s.mnuPerformBankCoordinationCaption
+                                                                         : s.cmdBankCoordinationCaption);
+    mnuPerformBankCoordination_->setVisible(c.mnuPerformBankCoordination);
+    mnuPerformBankCoordination_->setText(s.mnuPerformBankCoordinationCaption);
+    mnuOpenAnotherPelkor_->setEnabled(s.mnuOpenAnotherPelkorEnabled);
+    if (!s.split)
+        return;
+    for (QWidget* w : std::initializer_list<QWidget*>{cmdIpus_, cmdSubtractFromTzefi_, cmdTzefi_})
+        if (s.ledgerButtonsHidden)
+            w->setVisible(false);
+    mnuSetIpusLine_->setEnabled(!s.ledgerButtonsHidden);
+    mnuClose_->setEnabled(!s.ledgerButtonsHidden);
+    if (s.reportsHidden) {
+        cmdMonthReport_->setVisible(false);
+        mnuReports_->menuAction()->setVisible(false);
+    }
+}
+
 void frmMainView::placeChildWindow()
 {
     childPlaced_ = true;
@@ -332,6 +385,11 @@ void frmMainView::wireEditing()
     // the new cell when it has entered it.
     connect(table_, &grid::GridView::cellLeaving, this, [this] {
         m_.guarded(QStringLiteral("msfgMainLeaveCell"), [this] { m_.editor().msfgMainLeaveCell(); });
+    });
+    // In a reconciliation a click in the pink mark cell marks the line.
+    connect(table_, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+        if (table_->tableModel()->gridCol(index.column()) == colMark && m_.session().pairing())
+            m_.guarded(QStringLiteral("msfgMain_MouseUp"), [this] { m_.msfgMainMarkClicked(); });
     });
     connect(table_, &grid::GridView::cellEntered, this, [this](int, int) {
         m_.guarded(QStringLiteral("msfgMain_EnterCell"), [this] { m_.msfgMain_EnterCell(); });

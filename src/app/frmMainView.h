@@ -29,6 +29,7 @@ class AmountLabel;
 class CellEditorsView;
 class frmFindView;
 class DailySummaryView;
+class ReconcileView;
 
 class frmMainView : public QMainWindow {
     Q_OBJECT
@@ -46,6 +47,8 @@ private:
     void mirror();
     void reload();
     void showControls();
+    // What a reconciliation shows and takes away.
+    void showSession();
     // A child's window: small, centred, the grid with the focus.
     void placeChildWindow();
     void showTotals();
@@ -83,6 +86,10 @@ private:
     QList<QAction*> reportActions_;        // the three period reports
     QPushButton* cmdMonthReport_ = nullptr;
     DailySummaryView* daily_ = nullptr;    // beside the grid in progMode 6
+    ReconcileView* reconcile_ = nullptr;   // beside the grid in a reconciliation
+    QPushButton* cmdBankCoordination_ = nullptr;
+    QAction* mnuPerformBankCoordination_ = nullptr;
+    QAction* mnuAutomaticBankCoordination_ = nullptr;
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;
     QPushButton* cmdIpus_ = nullptr;

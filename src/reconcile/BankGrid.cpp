@@ -94,6 +94,7 @@ void fillBankGrid(BankGrid& b, store::Recordset& rsNew, const QDate& targetDate,
     g.setRedraw(true);
     g.setRow(n > 0 ? 1 : 0);
     g.setCol(colKind);
+    ++b.fills;
     b.isBankGridBusy = false;
 }
 

@@ -45,6 +45,7 @@ struct BankGrid {
     std::vector<char> bankRowPainted;           // by grid row; [0] unused
     int iBankRowAboveRed = -1;                  // last row on or before the zeroing date
     bool isBankGridBusy = false;
+    int fills = 0;                              // how many times the grid was filled
     QString lblBankTotalIn, lblBankTotalOut, lblBankLinesSelected;
 
     int lastRow() const { return msfgBank.Rows() - 1; }

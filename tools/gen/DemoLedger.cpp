@@ -56,7 +56,7 @@ void generateDemoLedger(const QString& path, const QDate& today)
     cn.open(path, store::Connection::OpenMode::ReadWriteCreate);
     cn.executeRaw(schema::dataFileScript());
     schema::fillStandardCatalogue(cn);
-    cn.executeRaw(QStringLiteral("INSERT INTO Defaults VALUES (Null, -40000, 90, 0, 0, '(none)');"
+    cn.executeRaw(QStringLiteral("INSERT INTO Defaults VALUES (Null, -40000, 90, 1, 99, '(none)');"
                                  "INSERT INTO invoiceCategs (id, detail) VALUES (1, ' ');"));
     std::mt19937 rng(unsigned(today.toJulianDay()));
     Writer w{cn, rng};

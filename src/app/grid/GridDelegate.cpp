@@ -101,6 +101,9 @@ void GridDelegate::drawFigure(QPainter* painter, const QStyleOptionViewItem& opt
     painter->setFont(opt.font);
     painter->setPen(opt.palette.color(group, QPalette::Text));
     painter->setClipRect(opt.rect);
+    // A figure reads left to right with its sign behind it ("1,234.50-"),
+    // whatever the direction of the window it stands in.
+    painter->setLayoutDirection(Qt::LeftToRight);
     painter->drawText(r, int(Qt::AlignAbsolute | Qt::AlignRight | Qt::AlignVCenter | Qt::TextForceLeftToRight),
                       figureText(fm, text, r.width()));
     painter->restore();
