@@ -1,4 +1,5 @@
 // QtUi: prompts as real right-to-left Qt windows (see the header).
+#include "app/reconcile/ReconcileDialogs.h"
 #include "app/ui/QtUi.h"
 
 #include "app/Placement.h"
@@ -300,6 +301,10 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmTzefiView, frmTzefi>(d, parent_, owner());
     else if (name == QLatin1String("frmSubtractFromTzefi"))
         shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_, owner());
+    else if (name == QLatin1String("frmSelectAccount"))
+        shown = show<frmSelectAccountView, reconcile::frmSelectAccount>(d, parent_, owner());
+    else if (name == QLatin1String("frmSetTargetDate"))
+        shown = show<frmSetTargetDateView, reconcile::frmSetTargetDate>(d, parent_, owner());
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

@@ -1,0 +1,81 @@
+#include "app/reconcile/ReconcileDialogs.h"
+
+#include "app/Named.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace pelkor::ui {
+
+frmSelectAccountView::frmSelectAccountView(reconcile::frmSelectAccount& logic, QWidget* parent)
+    : QDialog(parent), binder_(logic, *this)
+{
+    setLayoutDirection(Qt::RightToLeft);
+    setWindowTitle(logic.caption());
+    auto* label = named(new QLabel(logic.label(QStringLiteral("Label1")), this), QStringLiteral("Label1"));
+    label->setWordWrap(true);
+    auto* list = named(new QListWidget(this), QStringLiteral("List1"), QStringLiteral("חשבונות הבנק"));
+    // Account numbers read left to right.
+    list->setLayoutDirection(Qt::LeftToRight);
+    for (const auto& c : logic.controls())
+        if (c.name == QLatin1String("List1"))
+            list->addItems(c.items);
+    if (list->count() > 0)
+        list->setCurrentRow(0);
+    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
+    auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), this), QStringLiteral("cmdCancel"));
+    cmdOK->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(label);
+    layout->addWidget(list, 1);
+    layout->addLayout(buttons);
+    setMinimumWidth(420);
+
+    connect(list, &QListWidget::currentTextChanged, this,
+            [&logic](const QString& text) { logic.setControl(QStringLiteral("List1"), text); });
+    connect(list, &QListWidget::itemDoubleClicked, this, [this, &logic](QListWidgetItem* item) {
+        logic.setControl(QStringLiteral("List1"), item->text());
+        logic.List1_DblClick();
+        binder_.sync();
+    });
+    binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
+    binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
+    binder_.sync();
+}
+
+frmSetTargetDateView::frmSetTargetDateView(reconcile::frmSetTargetDate& logic, QWidget* parent)
+    : QDialog(parent), binder_(logic, *this)
+{
+    setLayoutDirection(Qt::RightToLeft);
+    setWindowTitle(logic.caption());
+    auto* text = new QLabel(logic.text(), this);
+    text->setWordWrap(true);
+    auto* txtDate = named(new QLineEdit(this), QStringLiteral("txtDate"), QStringLiteral("תאריך ההתאמה"));
+    txtDate->setPlaceholderText(QStringLiteral("dd/mm/yyyy"));
+    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
+    auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), this), QStringLiteral("cmdCancel"));
+    cmdOK->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(text);
+    layout->addWidget(txtDate);
+    layout->addLayout(buttons);
+    setMinimumWidth(320);
+    binder_.bindText(QStringLiteral("txtDate"), txtDate);
+    binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
+    binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
+    binder_.sync();
+}
+
+} // namespace pelkor::ui

@@ -1,0 +1,30 @@
+// The reconciliation's own dialogs on screen: frmSelectAccount (the list of
+// the feed's accounts) and frmSetTargetDate (the end of the period), right
+// to left, bound to their logic.
+#pragma once
+
+#include "app/ui/DialogBinder.h"
+#include "reconcile/frmSelectAccount.h"
+#include "reconcile/frmSetTargetDate.h"
+
+#include <QDialog>
+
+namespace pelkor::ui {
+
+class frmSelectAccountView : public QDialog {
+public:
+    explicit frmSelectAccountView(reconcile::frmSelectAccount& logic, QWidget* parent = nullptr);
+
+private:
+    DialogBinder binder_;
+};
+
+class frmSetTargetDateView : public QDialog {
+public:
+    explicit frmSetTargetDateView(reconcile::frmSetTargetDate& logic, QWidget* parent = nullptr);
+
+private:
+    DialogBinder binder_;
+};
+
+} // namespace pelkor::ui
