@@ -513,15 +513,21 @@ void Connection::open(const QString& path, OpenMode mode)
             refuse(QStringLiteral("Cannot read '%1': %2").arg(path, engineMessage(db)));
     }
     if (mode != OpenMode::ReadOnly) {
+        // The file alone holds every committed write (a rollback journal
+        // lives only while a write runs), so a copy taken between two edits
+        // is whole. A file another process still keeps in write-ahead-log
+        // mode cannot leave it now: it stays there, and each commit is
+        // copied back into the file at once (the checkpoint below).
+        sqlite3_busy_handler(db, nullptr, nullptr);
         sqlite3_stmt* st = nullptr;
-        int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=WAL", -1, &st, nullptr);
+        int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=DELETE", -1, &st, nullptr);
         if (prc == SQLITE_OK)
             prc = sqlite3_step(st);
         sqlite3_finalize(st);
-        if (isBusyCode(prc))
-            refuseBusy();
-        if (prc != SQLITE_ROW)
+        sqlite3_busy_handler(db, &Impl::onBusy, d.get());
+        if (prc != SQLITE_ROW && !isBusyCode(prc))
             refuse(QStringLiteral("Cannot open '%1' for writing: %2").arg(path, engineMessage(db)));
+        sqlite3_wal_autocheckpoint(db, 1);
     }
     if (registerJetFunctions(db) != SQLITE_OK)
         refuse(QStringLiteral("Cannot prepare '%1': %2").arg(path, engineMessage(db)));
@@ -548,6 +554,21 @@ bool Connection::isOpen() const { return d && d->db; }
 const QString& Connection::path() const { return d->path; }
 
 sqlite3* Connection::handle() const { return d ? d->db : nullptr; }
+
+long long Connection::dataVersion()
+{
+    if (!isOpen())
+        return -1;
+    // Asked from an idle window's timer: never wait for a writer.
+    sqlite3_busy_handler(d->db, nullptr, nullptr);
+    sqlite3_stmt* st = nullptr;
+    long long v = -1;
+    if (sqlite3_prepare_v2(d->db, "PRAGMA data_version", -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+        v = sqlite3_column_int64(st, 0);
+    sqlite3_finalize(st);
+    sqlite3_busy_handler(d->db, &Impl::onBusy, d.get());
+    return v;
+}
 
 long long Connection::lastInsertId() const { return d && d->db ? sqlite3_last_insert_rowid(d->db) : 0; }
 

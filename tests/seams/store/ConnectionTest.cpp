@@ -6,6 +6,7 @@
 #include "seams/store/Dialect.h"
 #include "seams/store/StoreError.h"
 
+#include <QDir>
 #include <QFile>
 #include <unistd.h>
 
@@ -78,7 +79,61 @@ TEST_F(StoreFile, TwoConnectionsSeeEachOthersCommittedWrites)
     tx.commit();
     EXPECT_EQ(other.execute(QStringLiteral("SELECT kind FROM pelkor WHERE id=2")).at(0, 0).toString(),
               QStringLiteral("+2"));
-    EXPECT_EQ(raw(QStringLiteral("PRAGMA journal_mode")), QStringLiteral("wal"));
+    // data_version moves for the other connection's commits only.
+    const long long seen = cn.dataVersion();
+    cn.execute(QStringLiteral("UPDATE pelkor set [relate] = 0 WHERE id = 1"));
+    EXPECT_EQ(cn.dataVersion(), seen);
+    other.execute(QStringLiteral("UPDATE pelkor set [relate] = 99 WHERE id = 1"));
+    EXPECT_NE(cn.dataVersion(), seen);
+    other.close();
+    cn.close();
+    EXPECT_EQ(cn.dataVersion(), -1);
+}
+
+// A copy of the file alone, taken while connections hold it between two
+// writes, has every committed write; nothing is left beside the file. A
+// file that another connection keeps in write-ahead-log mode stays there
+// but is copied back at each commit.
+TEST_F(StoreFile, TheFileAloneHoldsEveryCommittedWrite)
+{
+    const auto copyHas = [&](const QString& sql) {
+        const QString copy = dir.filePath(QStringLiteral("copy.pkr"));
+        QFile::remove(copy);
+        EXPECT_TRUE(QFile::copy(path, copy));
+        sqlite3* db = nullptr;
+        sqlite3_open_v2(copy.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
+        const QString got = rawOn(db, sql);
+        sqlite3_close(db);
+        QFile::remove(copy);
+        return got;
+    };
+    const auto beside = [&] {
+        return QDir(dir.path()).entryList({QStringLiteral("ledger.pkr-*")}, QDir::Files);
+    };
+    Connection other;
+    other.open(path);
+    cn.execute(QStringLiteral("UPDATE pelkor set detail = 'one' WHERE id = 1"));
+    other.execute(QStringLiteral("UPDATE pelkor set detail = 'two' WHERE id = 2"));
+    EXPECT_EQ(copyHas(QStringLiteral("SELECT detail FROM pelkor WHERE id IN (1,2) ORDER BY id")), QStringLiteral("one;two"));
+    EXPECT_EQ(raw(QStringLiteral("PRAGMA journal_mode")), QStringLiteral("delete"));
+    EXPECT_EQ(beside(), QStringList());
+    other.close();
+    cn.close();
+
+    // An old file in write-ahead-log mode, held so by another connection.
+    sqlite3* keeper = nullptr;
+    sqlite3_open_v2(path.toUtf8().constData(), &keeper, SQLITE_OPEN_READWRITE, nullptr);
+    rawOn(keeper, QStringLiteral("PRAGMA journal_mode=WAL"));
+    cn.open(path);
+    cn.execute(QStringLiteral("UPDATE pelkor set detail = 'three' WHERE id = 3"));
+    EXPECT_EQ(copyHas(QStringLiteral("SELECT detail FROM pelkor WHERE id = 3")), QStringLiteral("three"));
+    sqlite3_close(keeper);
+    cn.close();
+    // Alone, it leaves that mode and its files.
+    cn.open(path);
+    EXPECT_EQ(raw(QStringLiteral("PRAGMA journal_mode")), QStringLiteral("delete"));
+    cn.close();
+    EXPECT_EQ(beside(), QStringList());
 }
 
 TEST_F(StoreFile, TransactionRollsBackUnlessCommitted)
