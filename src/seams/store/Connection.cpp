@@ -513,19 +513,19 @@ void Connection::open(const QString& path, OpenMode mode)
             refuse(QStringLiteral("Cannot read '%1': %2").arg(path, engineMessage(db)));
     }
     if (mode != OpenMode::ReadOnly) {
-        // The file alone holds every committed write (a rollback journal
-        // lives only while a write runs), so a copy taken between two edits
-        // is whole. A file another process still keeps in write-ahead-log
-        // mode cannot leave it now: it stays there, and each commit is
-        // copied back into the file at once (the checkpoint below).
-        sqlite3_busy_handler(db, nullptr, nullptr);
+        // Several processes work on one file: readers never wait for a
+        // writer in write-ahead-log mode. Each commit is copied back into
+        // the file at once (a checkpoint as soon as the log holds a page),
+        // so the file alone holds every committed write and a copy taken
+        // between two edits is whole; the log is removed at the last close.
         sqlite3_stmt* st = nullptr;
-        int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=DELETE", -1, &st, nullptr);
+        int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=WAL", -1, &st, nullptr);
         if (prc == SQLITE_OK)
             prc = sqlite3_step(st);
         sqlite3_finalize(st);
-        sqlite3_busy_handler(db, &Impl::onBusy, d.get());
-        if (prc != SQLITE_ROW && !isBusyCode(prc))
+        if (isBusyCode(prc))
+            refuseBusy();
+        if (prc != SQLITE_ROW)
             refuse(QStringLiteral("Cannot open '%1' for writing: %2").arg(path, engineMessage(db)));
         sqlite3_wal_autocheckpoint(db, 1);
     }

@@ -1,10 +1,11 @@
 // Connection: one open data file (or parameter, feed or template database)
 // speaking the dialect the system's statements are written in.
 //
-// open() opens an SQLite file with a busy timeout, so several processes can
-// work on one file; committed writes are seen by the others. The file
-// itself holds every committed write (a rollback journal, never a log kept
-// beside it), so a copy of the file alone taken between two writes is whole.
+// open() opens an SQLite file in WAL mode with a busy timeout, so several
+// processes can work on one file; committed writes are seen by the others.
+// Every commit is checkpointed into the file at once, so the file alone
+// holds every committed write: a copy of it taken between two writes is
+// whole.
 // execute() translates one statement (see Dialect.h), runs it, and returns
 // its rows. Statements that the dialect turns into several SQLite steps
 // (SELECT INTO, IN "<file>") run inside one transaction: they happen whole
