@@ -63,4 +63,7 @@ TEST(StartProcess, AWorkingRunWithNoCurrentFileOpensTheLedgerChosen)
         << got.join(QLatin1Char('\n')).toStdString();
     EXPECT_EQ(bus::send(box, QStringLiteral("close"), 30000), bus::SendResult::Delivered);
     EXPECT_EQ(run.finish(), 0);
+    // Nothing is left beside the ledger or the parameters.
+    for (const QString& folder : {dir.path(), run.home()})
+        EXPECT_EQ(QDir(folder).entryList({QStringLiteral("*-wal"), QStringLiteral("*-shm")}, QDir::Files), QStringList());
 }
