@@ -492,8 +492,9 @@ QString linesStatement(const OpenLedger& led, const Instance& inst)
                              "(not isdate([date]) or not isnumeric([in]) or not isnumeric(out))")
             : QStringLiteral(" WHERE left(zee,5)='coord'");
     }
-    return QStringLiteral("SELECT %1.id, kind, date, confirm, detail, [in], out, TypeNum, zee, memo, [relate], "
-                          "IndTzefi FROM %1")
+    // detail AS detail: see schema::lineColumns.
+    return QStringLiteral("SELECT %1.id, kind, date, confirm, detail AS detail, [in], out, TypeNum, zee, memo, "
+                          "[relate], IndTzefi FROM %1")
                .arg(tb)
         + where + QStringLiteral(" ORDER BY ") + orderBy(tb);
 }
