@@ -27,8 +27,8 @@
 //           yes by the scripted ui, the statement, the balances of nearly
 //           every row, the model's notices), against the bare SQLite
 //           "BEGIN; UPDATE ... SET out ...; COMMIT;" of the same row on a
-//           connection of its own to the same file, in WAL mode as the store
-//           opens it. Both sides write a changed value each time. The
+//           connection of its own to the same file, kept as the store
+//           keeps it (WAL mode, each commit checkpointed into the file). Both sides write a changed value each time. The
 //           median of blocks of runs, as the file is written and again
 //           with the disk's flush off on both sides. Target 2.0.
 //   page    a pick-list page of 10,000 rows written and shown by the web
@@ -228,6 +228,7 @@ public:
         m.editor().msfgMain_EnterCell();
         sqlite3_open_v2(path.toUtf8().constData(), &db_, SQLITE_OPEN_READWRITE, nullptr);
         sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        sqlite3_wal_autocheckpoint(db_, 1);
     }
     ~EditSides() { sqlite3_close(db_); }
     // Both sides stop waiting for the disk at each commit.

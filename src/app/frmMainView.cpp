@@ -21,6 +21,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QCoreApplication>
@@ -166,6 +167,23 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     // The menus. An entry is made only for what works; which of them show
     // follows the instance (frame/Controls).
     mnuFile_ = menuBar()->addMenu(QStringLiteral("קובץ"));
+    // Open, new and the files last opened: each starts a working run on
+    // its file in place of this one.
+    const auto fileAction = [&](const QString& name, const QString& caption, QKeySequence key, void (frmMain::*click)()) {
+        QAction* a = mnuFile_->addAction(caption);
+        a->setObjectName(name);
+        a->setShortcut(key);
+        connect(a, &QAction::triggered, this, [this, name, click] { m_.guarded(name + QStringLiteral("_Click"), [this, click] { (m_.*click)(); }); });
+        fileActions_ << a;
+    };
+    fileAction(QStringLiteral("mnuOpen"), QStringLiteral("פתח..."), QKeySequence::Open, &frmMain::mnuOpen_Click);
+    fileAction(QStringLiteral("mnuNew"), QStringLiteral("קובץ חדש..."), QKeySequence::New, &frmMain::mnuNew_Click);
+    mnuRecent_ = mnuFile_->addMenu(QStringLiteral("קבצים אחרונים"));
+    mnuRecent_->setObjectName(QStringLiteral("mnuRecent"));
+    fileActions_ << mnuRecent_->menuAction();
+    connect(mnuFile_, &QMenu::aboutToShow, this, &frmMainView::fillRecent);
+    connect(&m_, &frmMain::loaded, this, &frmMainView::fillRecent);
+    mnuFile_->addSeparator();
     mnuOpenAnotherPelkor_ = mnuFile_->addAction(QStringLiteral("פתח פלקור נוסף"));
     connect(mnuOpenAnotherPelkor_, &QAction::triggered, this, [this] {
         m_.guarded(QStringLiteral("mnuOpenAnotherPelkor_Click"), [] {
@@ -289,6 +307,8 @@ void frmMainView::showControls()
     const ShownControls s = shownControls(m_.instance());
     mnuFile_->menuAction()->setVisible(s.mnuFile);
     mnuOpenAnotherPelkor_->setVisible(s.mnuOpenAnotherPelkor);
+    for (QAction* a : fileActions_)
+        a->setVisible(s.mnuOpen);
     if (!s.mnuCloseCaption.isEmpty())
         mnuClose_->setText(s.mnuCloseCaption);
     mnuDefs_->menuAction()->setVisible(s.mnuDefs && s.mnuResetBankData);
@@ -347,6 +367,22 @@ void frmMainView::showSession()
         cmdMonthReport_->setVisible(false);
         mnuReports_->menuAction()->setVisible(false);
     }
+}
+
+void frmMainView::fillRecent()
+{
+    mnuRecent_->clear();
+    const QStringList files = m_.recentFiles();
+    for (int i = 0; i < files.size(); ++i) {
+        QAction* a = mnuRecent_->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(files[i]).fileName()));
+        a->setObjectName(QStringLiteral("mnuRecent%1").arg(i + 1));
+        a->setStatusTip(files[i]);
+        a->setToolTip(files[i]);
+        connect(a, &QAction::triggered, this, [this, i] {
+            m_.guarded(QStringLiteral("mnuRecent_Click"), [this, i] { m_.mnuRecent_Click(i + 1); });
+        });
+    }
+    mnuRecent_->setEnabled(!files.isEmpty());
 }
 
 void frmMainView::placeChildWindow()

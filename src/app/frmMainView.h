@@ -51,6 +51,8 @@ private:
     void showSession();
     // A child's window: small, centred, the grid with the focus.
     void placeChildWindow();
+    // The recent files' entries, from the program's settings.
+    void fillRecent();
     void showTotals();
     // The editing: the grid's events and keys to the logic, the editors and
     // the colour box shown as it leaves them.
@@ -72,6 +74,8 @@ private:
     QMenu* mnuFile_ = nullptr;
     QMenu* mnuDefs_ = nullptr;
     QAction* mnuOpenAnotherPelkor_ = nullptr;
+    QList<QAction*> fileActions_;          // mnuOpen, mnuNew and the menu mnuRecent
+    QMenu* mnuRecent_ = nullptr;           // mnuRecent1.. the files last opened
     QAction* mnuCreateLogFile_ = nullptr;
     QAction* mnuResetBankData_ = nullptr;
     QAction* mnuClose_ = nullptr;

@@ -6,6 +6,7 @@
 //   prjPelkor <file.pkr>            the same, as a desktop starts it
 //   prjPelkor new<t> ... / detail ... / merged ...   child instances
 //   prjPelkor host <h1> <h2> [...]  any main form under the outer host
+//   prjPelkor --help, --version     the usage or the version on the standard output
 //
 // With PELKOR_DIALOGS or PELKOR_TRANSCRIPT set, every question goes to the
 // scripted dialogs instead of a window, so whole runs work headless.
@@ -15,6 +16,7 @@
 #include "app/ui/QtUi.h"
 #include "file/Schema.h"
 #include "base/BusLinks.h"
+#include "base/CommandLine.h"
 #include "base/Instances.h"
 #include "seams/bus/Mailbox.h"
 #include "seams/bus/Published.h"
@@ -33,7 +35,23 @@ using namespace pelkor;
 
 int main(int argc, char** argv)
 {
-    // --create needs no display: answer before a GUI application is built.
+    // --help, --version and --create need no display: answer before a GUI
+    // application is built.
+    {
+        QStringList args;
+        for (int i = 1; i < argc; ++i)
+            args << QString::fromLocal8Bit(argv[i]);
+        switch (infoOption(args)) {
+        case InfoOption::Help:
+            std::fputs(usageText().toUtf8().constData(), stdout);
+            return 0;
+        case InfoOption::Version:
+            std::printf("prjPelkor %s\n", programVersion);
+            return 0;
+        case InfoOption::None:
+            break;
+        }
+    }
     if (argc == 3 && QByteArray(argv[1]) == "--create") {
         QCoreApplication core(argc, argv);
         const QString path = core.arguments().at(2);
@@ -72,6 +90,9 @@ int main(int argc, char** argv)
     MailboxBus bus;
     env.bus = &bus;
     env.endProcess = [](int code) { QCoreApplication::exit(code); };
+    env.startInstance = [](const QStringList& arguments) {
+        return startAnotherInstance(QCoreApplication::applicationFilePath(), arguments);
+    };
     // The keyboard follows the column where the desktop lets us switch it.
     const auto layouts = desktopKeyboardLayouts();
     env.layouts = layouts.get();

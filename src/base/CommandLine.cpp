@@ -132,6 +132,30 @@ QString newLineCommand(int type, std::uint32_t messagesWindow, std::uint32_t hos
         .arg(idText(messagesWindow), idText(host1), idText(host2), file);
 }
 
+InfoOption infoOption(const QStringList& arguments)
+{
+    if (arguments.size() != 1)
+        return InfoOption::None;
+    if (arguments[0] == QLatin1String("--help") || arguments[0] == QLatin1String("-h"))
+        return InfoOption::Help;
+    if (arguments[0] == QLatin1String("--version"))
+        return InfoOption::Version;
+    return InfoOption::None;
+}
+
+QString usageText()
+{
+    return QStringLiteral(
+        "שימוש:\n"
+        "  prjPelkor                       תיקון קובץ: בחירת קובץ, תיקון ודיווח\n"
+        "  prjPelkor open [<file.pkr>]     עבודה בקובץ (בלי קובץ: הקובץ הנוכחי, או בחירה)\n"
+        "  prjPelkor <file.pkr>            עבודה בקובץ\n"
+        "  prjPelkor --create <file.pkr>   יצירת קובץ פלקור חדש וריק\n"
+        "  prjPelkor host <h1> <h2> ...    אחת הצורות שלמעלה, בהפעלת תוכנה חיצונית\n"
+        "  prjPelkor --help                הודעה זו\n"
+        "  prjPelkor --version             גרסת התוכנה\n");
+}
+
 StartCommand parseCommandLine(const QString& theCommand)
 {
     const QString cmd = theCommand;

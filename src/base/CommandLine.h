@@ -58,6 +58,17 @@ struct StartCommand {
     // the host still hears the instance end.
 };
 
+// The version the program reports (--version, the about box).
+inline constexpr char programVersion[] = "2003.14.02";
+
+// "--help" (or "-h") and "--version" alone on the line are answered on the
+// standard output before any window or display is needed; any other line
+// that begins with "-" is a wrong option.
+enum class InfoOption { None, Help, Version };
+InfoOption infoOption(const QStringList& arguments);
+// What --help prints: the forms of the command line, in Hebrew.
+QString usageText();
+
 // Reads theCommand (the arguments joined by single blanks).
 StartCommand parseCommandLine(const QString& theCommand);
 

@@ -72,13 +72,14 @@ private:
 
 } // namespace
 
-bool startAnotherInstance(const QString& program)
+bool startAnotherInstance(const QString& program, const QStringList& arguments)
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QString::fromLatin1(windowShowVariable), QStringLiteral("maximized"));
     p.setProcessEnvironment(env);
     p.setProgram(program);
+    p.setArguments(arguments);
     return p.startDetached();
 }
 

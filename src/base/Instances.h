@@ -78,7 +78,8 @@ std::unique_ptr<Children> processChildren(const QString& program);
 
 // Starts another main instance of the program, with no arguments (the
 // repair run's file dialog) and maximised. False when it could not start.
-bool startAnotherInstance(const QString& program);
+// With arguments: a working run of another file ("open <file>").
+bool startAnotherInstance(const QString& program, const QStringList& arguments = {});
 
 // The arguments that give back theCommand when the child joins them with
 // blanks: the fields before the file, then the file whole. fieldsBeforeFile

@@ -15,6 +15,9 @@
 #include "seams/ui/dialogs/TypedDate.h"
 #include "seams/ui/dialogs/frmNoIpus.h"
 
+#include <cmath>
+#include <cstring>
+
 namespace pelkor {
 
 using store::Recordset;
@@ -161,6 +164,35 @@ bool ensureIpusLine(LoadParts& p)
     return true;
 }
 
+// What the lines read by linesStatement, every line of the file, tell of
+// the two checks before a load takes them in. markSeen: a line bears the
+// zeroing mark as written. maybeBadLines: some line's date is no stored
+// date or a sum no number, so a bad line may be among them. Without a read
+// (the defaults) nothing is ruled out.
+struct ReadHints {
+    bool markSeen = false;
+    bool maybeBadLines = true;
+};
+
+ReadHints hintsOf(const Recordset& rs)
+{
+    const Value mark = Value::utf8(schema::ipusMark, qsizetype(std::strlen(schema::ipusMark)));
+    const auto isSum = [](const Value& v) {
+        return v.type() == Value::Type::Integer || (v.type() == Value::Type::Double && std::isfinite(v.toDouble()));
+    };
+    ReadHints h;
+    h.maybeBadLines = false;
+    for (long r = 0; r < rs.recordCount(); ++r) {
+        if (!h.markSeen && rs.at(r, 8) == mark)
+            h.markSeen = true;
+        if (!h.maybeBadLines && (!rs.at(r, 2).isDate() || !isSum(rs.at(r, 5)) || !isSum(rs.at(r, 6))))
+            h.maybeBadLines = true;
+        if (h.markSeen && h.maybeBadLines)
+            break;
+    }
+    return h;
+}
+
 // Lines with a valid kind but text in date, in or out go to a new-line
 // child. True when they did (the load stops here until it answers).
 bool handOverBadLines(LoadParts& p)
@@ -181,28 +213,37 @@ bool handOverBadLines(LoadParts& p)
 
 // The few texts a column repeats (kinds, colour words, marks) made into
 // strings once and shared by every line that holds them: a load of many
-// lines then costs neither the conversions nor the memory of copies.
+// lines then costs neither the conversions nor the memory of copies. Each
+// text carries a tag its reader may set once, for what it found out about
+// the text (a kind's validity).
 class RecentTexts {
 public:
-    QString operator()(const Value& v)
+    struct Entry {
+        QString text;
+        int tag = -1;   // -1: not set
+    };
+
+    Entry& operator()(const Value& v)
     {
-        if (v.isNull())
-            return QString();
+        if (v.isNull()) {
+            null_.text.clear();
+            return null_;
+        }
         for (int i = 0; i < used_; ++i) {
             if (keys_[i] == v) {
                 if (i > 0) {   // to the front: the common ones are found first
                     std::swap(keys_[i], keys_[0]);
-                    std::swap(texts_[i], texts_[0]);
+                    std::swap(entries_[i], entries_[0]);
                 }
-                return texts_[0];
+                return entries_[0];
             }
         }
         const int slot = used_ < size ? used_++ : size - 1;
         keys_[slot] = v;
-        texts_[slot] = v.toString();
+        entries_[slot] = Entry{v.toString(), -1};
         std::swap(keys_[slot], keys_[0]);
-        std::swap(texts_[slot], texts_[0]);
-        return texts_[0];
+        std::swap(entries_[slot], entries_[0]);
+        return entries_[0];
     }
 
 private:
@@ -210,8 +251,9 @@ private:
     // a rarer text is simply made again.
     static constexpr int size = 24;
     Value keys_[size];
-    QString texts_[size];
+    Entry entries_[size];
     int used_ = 0;
+    Entry null_;
 };
 
 QDate dateOf(const Value& v)
@@ -238,13 +280,15 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
     led.lines.clear();
     led.balances.clear();
     led.lines.reserve(size_t(n));
-    led.mergedBankIndexes.assign(size_t(n), 0);
+    // Only a merged file's lines come from several banks.
+    led.mergedBankIndexes.assign(inst.isMerged ? size_t(n) : 0, 0);
     if (inst.progMode == modeNewLines)
         p.grid.balancingLineID = -1;
     Conversion convert;
     convert.isMerged = inst.isMerged;
     convert.conv = inst.detail.conv;
     convert.convs = led.convs;
+    convert.mergedBankIndexes.assign(led.mergedBankIndexes.size(), 0);
     RecentTexts kinds, memos, marks;
     for (long r = 0; r < n; ++r) {
         const int i = int(led.lines.size());
@@ -252,7 +296,7 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
         L.Id = RemoveNull(rs.at(r, 0));
         if (!p.grid.theID.isEmpty() && L.Id == p.grid.theID)
             landOn = i + 1;
-        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : memos(rs.at(r, 9));
+        QString memo = rs.at(r, 9).isNull() ? colorWords().back() : memos(rs.at(r, 9)).text;
         if (hasNewLinePrefix(memo)) {
             landOn = i + 1;
             led.sql.executeSQL(proc, QStringLiteral("UPDATE %1 set [memo] = mid([memo],%2) WHERE id = %3")
@@ -262,12 +306,12 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
         L.Date = dateOf(rs.at(r, 2));
         if (inst.progMode == modeNewLines && inst.newLineDialogType == lineDialogUnconfirmedPelkor)
             led.targetDate = L.Date;
-        L.zee = marks(rs.at(r, 8));
+        L.zee = marks(rs.at(r, 8)).text;
         if (inst.progMode == modeNewLines && L.zee == QLatin1String("coord0"))
             p.grid.balancingLineID = L.Id.toLongLong();
         if (inst.isMerged) {
             led.mergedBankIndexes[size_t(i)] = int(rs.at(r, 8).toInt());
-            convert.mergedBankIndexes = led.mergedBankIndexes;
+            convert.mergedBankIndexes[size_t(i)] = led.mergedBankIndexes[size_t(i)];
         }
         if (mainMode) {
             if (led.zeeFound && L.Date > led.ipusDate && led.iRowAboveRed == -1) {
@@ -283,8 +327,11 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
                 led.zeeFound = true;
             }
         }
-        L.kind = kinds(rs.at(r, 1));
-        if (!led.catalogue.isCategory(L.kind)) {
+        RecentTexts::Entry& kind = kinds(rs.at(r, 1));
+        if (kind.tag < 0)
+            kind.tag = led.catalogue.isCategory(kind.text) ? 1 : 0;
+        L.kind = kind.text;
+        if (kind.tag == 0) {
             p.ui.msgBox(QStringLiteral("נמצאה שורה ללא סיווג חוקי. השורה תמחק מהפלקור\n") + FormatKind(L.kind),
                         QStringLiteral("סיווג לא חוקי"), Buttons::OK, Icon::Exclamation);
             // By the id alone: a Null kind, or one with a quote in it,
@@ -309,7 +356,8 @@ void readLines(LoadParts& p, Recordset& rs, int& landOn)
         L.relate = int(RemoveSumNull(rs.at(r, 10)));
         led.lines.push_back(std::move(L));
     }
-    led.mergedBankIndexes.resize(led.lines.size());
+    if (inst.isMerged)
+        led.mergedBankIndexes.resize(led.lines.size());
 }
 
 // Main modes: the mark moves to the line above the red line (the last line
@@ -444,8 +492,9 @@ QString linesStatement(const OpenLedger& led, const Instance& inst)
                              "(not isdate([date]) or not isnumeric([in]) or not isnumeric(out))")
             : QStringLiteral(" WHERE left(zee,5)='coord'");
     }
-    return QStringLiteral("SELECT %1.id, kind, date, confirm, detail, [in], out, TypeNum, zee, memo, [relate], "
-                          "IndTzefi FROM %1")
+    // detail AS detail: see schema::lineColumns.
+    return QStringLiteral("SELECT %1.id, kind, date, confirm, detail AS detail, [in], out, TypeNum, zee, memo, "
+                          "[relate], IndTzefi FROM %1")
                .arg(tb)
         + where + QStringLiteral(" ORDER BY ") + orderBy(tb);
 }
@@ -546,13 +595,30 @@ LoadResult openDB(LoadParts& p, bool reasonIsRefresh)
     // prepareLines
     status(p, QStringLiteral("קורא שורות..."));
     const QString statement = linesStatement(led, inst);
-    if (inst.isMainMode() && !ensureIpusLine(p))
-        return LoadResult::Ended;
-    if (!inst.isBadLinesChild() && handOverBadLines(p))
+    // Where the statement reads every line, what it read tells first
+    // whether the two checks below can find anything; a check it cannot
+    // rule out runs as its own query, in the same order as ever.
+    const bool readsEveryLine = inst.progMode != modeDetail && inst.progMode != modeNewLines;
+    Recordset rs;
+    ReadHints hints;
+    if (readsEveryLine) {
+        rs = led.cn.execute(statement);
+        hints = hintsOf(rs);
+    }
+    if (inst.isMainMode() && !hints.markSeen) {
+        if (!ensureIpusLine(p))
+            return LoadResult::Ended;
+        if (readsEveryLine) {   // the mark may have just been written
+            rs = led.cn.execute(statement);
+            hints = hintsOf(rs);
+        }
+    }
+    if (!inst.isBadLinesChild() && hints.maybeBadLines && handOverBadLines(p))
         return LoadResult::HandedOver;
 
     // readLines
-    Recordset rs = led.cn.execute(statement);
+    if (!readsEveryLine)
+        rs = led.cn.execute(statement);
     if (rs.recordCount() == 0)
         return noLines(p);
     int landOn = -1;

@@ -146,7 +146,10 @@ void buildThenRename(const QString& path, const std::function<void(store::Connec
         store::Transaction tx(cn);
         fill(cn);
         tx.commit();
-        cn.executeRaw(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE);"));
+        // Left with a rollback journal: a file that is only read (the
+        // parameters) then gets no log files beside it; a working run's
+        // connection puts a ledger back in WAL mode when it opens it.
+        cn.executeRaw(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE); PRAGMA journal_mode=DELETE;"));
         cn.close();
     } catch (...) {
         removeBuilding();

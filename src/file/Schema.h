@@ -51,9 +51,11 @@ namespace pelkor::store { class Connection; }
 
 namespace pelkor::schema {
 
-// The select list used wherever whole lines are read.
+// The select list used wherever whole lines are read. detail is named as
+// itself so that the engine's sort, which orders by it under the text
+// collation, holds one copy of it per line rather than two.
 inline constexpr const char* lineColumns =
-    "id, kind, date, confirm, detail, [in], out, TypeNum, zee, memo, [relate], IndTzefi";
+    "id, kind, date, confirm, detail AS detail, [in], out, TypeNum, zee, memo, [relate], IndTzefi";
 // The order in which lines are always read.
 inline constexpr const char* lineOrder =
     "date, Left(kind,1) DESC, Len(Mid(kind,2)), Mid(kind,2), detail, [in], out, id";

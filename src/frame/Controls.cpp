@@ -44,6 +44,8 @@ ShownControls shownControls(const Instance& m)
     s.cmdTzefi = s.cmdSubtractFromTzefi = true;
     s.mnuReports = s.mnuOpenAnotherPelkor = s.cmdReport = true;
     s.mnuActions = s.mnuDefs = !m.isFromKelvanto;
+    // Under the outer host the host chooses the file.
+    s.mnuOpen = !m.isFromKelvanto;
     s.mnuSetIpusLine = s.mnuActions && !m.isMerged;
     s.mnuAddNewLine = s.mnuActions;
     s.mnuAddLineToFile = s.mnuActions && !m.isMerged;

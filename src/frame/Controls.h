@@ -30,6 +30,7 @@ struct ShownControls {
     bool mnuDefs = false;
     bool mnuReports = false;
     bool mnuOpenAnotherPelkor = false;
+    bool mnuOpen = false;                  // with mnuNew and mnuRecent: another ledger in place of this one
     bool mnuResetBankData = false;
     bool mnuPerformBankCoordination = false;
     bool mnuSetIpusLine = false;           // under mnuActions

@@ -65,6 +65,13 @@ frmMain::frmMain(Environment e, QObject* parent)
     noBankPage_ = std::make_unique<web::ScriptedWebView>();
     session_ = std::make_unique<reconcile::Session>(sessionParts());
     session_->shownChanged = [this] { emit changed(); };
+    // Another process's write is noticed within a second. A tick that
+    // comes while a handler waits (a question, a dialog) waits too.
+    watchFile_.setInterval(500);
+    connect(&watchFile_, &QTimer::timeout, this, [this] {
+        if (handlerDepth_ == 0)
+            guarded(QStringLiteral("timerWatchFile"), [this] { timerWatchFile_Timer(); });
+    });
 }
 
 frmMain::~frmMain() = default;
@@ -181,6 +188,19 @@ void frmMain::initializeForm()
             shown_.lblNewLines = asks[std::clamp(int(instance_.newLineDialogType), 0, 2)];
             ledger_.linesTable = QStringLiteral("tempPelkor");
         }
+        // A working run with no current file (a start from the desktop's
+        // menu): the user picks a ledger, or names a new one.
+        if (instance_.command.verb == V::Open && instance_.command.file.isEmpty()) {
+            const QString current = readParameter(QStringLiteral("CURRENTFILE"));
+            if (current.isEmpty() || !QFileInfo::exists(current)) {
+                trace_.traceLine(QStringLiteral("initializeForm"), QStringLiteral("no current file: ") + current);
+                instance_.command.file = chooseLedger();
+                if (instance_.command.file.isEmpty()) {
+                    endProcess(0);
+                    return;
+                }
+            }
+        }
         if (!OpenCon())
             return;
         LoadParts parts = loadParts();
@@ -196,6 +216,10 @@ void frmMain::initializeForm()
             daily_.createDailySummary(true);
         if (instance_.progMode == modeDetail || instance_.progMode == modeNewLines || instance_.isMerged)
             watchParent();
+        if (instance_.command.verb == V::Open || instance_.command.verb == V::Bank || instance_.command.verb == V::DayBalance) {
+            rememberRecent(ledger_.filePath);
+            watchFile_.start();
+        }
         announceReady();
         if (instance_.command.verb == V::Merged) {
             // A merged instance is its period report: the main window stays
@@ -258,6 +282,8 @@ bool frmMain::reopenCon()
         if (!QFileInfo(ledger_.filePath).isWritable())
             throw StoreError(StoreError::Kind::Open, QStringLiteral("read-only file"), ledger_.filePath);
         ledger_.isCnOpen = true;
+        // What this connection reads from now on is the file as it is.
+        watchFileAgain();
     } catch (const StoreError& e) {
         trace_.traceLine(QStringLiteral("reopenCon"), e.message());
         ledger_.cn.close();
@@ -331,6 +357,11 @@ void frmMain::handleZeroLines()
 
 void frmMain::guarded(const QString& proc, const std::function<void()>& fn)
 {
+    ++handlerDepth_;
+    struct Leave {
+        int& depth;
+        ~Leave() { --depth; }
+    } leave{handlerDepth_};
     QString text;
     bool busy = false;
     try {
@@ -556,12 +587,18 @@ void frmMain::exitProg()
     if ((instance_.progMode == modeDetail || (instance_.progMode == modeMergedReport && instance_.isMerged)) && instance_.parentTxtMessage != 0)
         sendToParent(ledger_.sql.fileChanged ? QStringLiteral("closed") : QStringLiteral("nochange"));
     writeIni();
-    // The setting is written only when it changed, so closing a file that
-    // another process holds never waits on it.
-    if (shown_.visible && !ledger_.filePath.isEmpty()
-        && shown_.mnuAutomaticBankCoordinationChecked != ledger_.isAutomatic && reopenCon()) {
+    // The check mark is the setting: any other stored value (a 5, a Null)
+    // becomes its 1 or 0. The file is written only where it holds another
+    // value, so closing a file that another process holds seldom waits.
+    if (shown_.visible && !ledger_.filePath.isEmpty() && reopenCon()) {
+        const int isAuto = shown_.mnuAutomaticBankCoordinationChecked ? 1 : 0;
         try {
-            ledger_.cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(shown_.mnuAutomaticBankCoordinationChecked ? 1 : 0));
+            auto rs = ledger_.cn.execute(QStringLiteral("SELECT isAuto FROM Defaults"));
+            bool differs = false;
+            for (; !rs.eof(); rs.moveNext())
+                differs = differs || rs.field(0).isNull() || rs.field(0).toInt() != isAuto;
+            if (differs)
+                ledger_.cn.execute(QStringLiteral("UPDATE Defaults SET isAuto=%1").arg(isAuto));
         } catch (const StoreError& e) {
             t.line(e.message());
         }
@@ -585,6 +622,7 @@ void frmMain::endProcess(int code)
     timer3_.stop();
     checker_.stop();
     parentWatch_.stop();
+    watchFile_.stop();
     trace_.setOn(false);
     if (env_.endProcess)
         env_.endProcess(code);

@@ -69,6 +69,9 @@ public:
         // Ends the process (after exitProg, or at once). The program quits
         // its event loop; a test records the code.
         std::function<void(int code)> endProcess;
+        // Starts another main instance of the program with these arguments,
+        // maximised; false when it could not start. None can start when null.
+        std::function<bool(const QStringList& arguments)> startInstance;
     };
 
     explicit frmMain(Environment env, QObject* parent = nullptr);
@@ -201,6 +204,26 @@ public:
     // The page the bank menu shows in beside the grid (wbMain); until a
     // view gives one, a page host without a window serves.
     void setBankPage(web::WebView* page) { bankPage_ = page; }
+    // ---- the File menu and the start's choice (frmMainFiles.cpp) ------
+    // Open: a ledger chosen in the open dialog, or a new one made under a
+    // name typed there. New: a new ledger named in a save dialog. Recent:
+    // the file at place n (from 1) of recentFiles(). Each starts a working
+    // run on its file, as a start on it does, and this window closes.
+    void mnuOpen_Click();
+    void mnuNew_Click();
+    void mnuRecent_Click(int n);
+    // The files working runs opened, the last first (at most maxRecentFiles),
+    // kept in the program's own settings (recentFilesIni()).
+    QStringList recentFiles() const;
+    static constexpr int maxRecentFiles = 4;
+    QString recentFilesIni() const;
+
+    // Another process wrote the file: an idle working run reloads, its
+    // cursor kept on its line (timerWatchFile, every half second). A run
+    // with an editor open or a new line pending reloads once that is over;
+    // one that waits for its child or holds a reconciliation reads the
+    // changes at its own points.
+    void timerWatchFile_Timer();
 
     // ---- period reports (frmMainReports.cpp) ---------------------------
     // makePeriodReport: the main window disabled, a report window of the
@@ -238,6 +261,17 @@ signals:
 
 private:
     void initializeForm();
+    // The start of a working run with no current file: a ledger chosen in
+    // the open dialog or made under a name typed there; empty when the
+    // user cancelled (frmMainFiles.cpp).
+    QString chooseLedger();
+    // A new ledger at path, after the user said yes; false (told) otherwise.
+    bool makeLedgerAt(const QString& path, bool ask);
+    // A working run on file in a new instance, and this one closes.
+    void switchToFile(const QString& file);
+    void rememberRecent(const QString& file);
+    // Baseline of the file's data version on the connection now open.
+    void watchFileAgain();
     void takeCommand();
     void openAndLoad(bool fromDialog);
     void readIni();
@@ -293,7 +327,10 @@ private:
     std::unique_ptr<KbLayout> kb_;
     std::unique_ptr<Messages> ownMessages_;
     Messages* messages_ = nullptr;
-    QTimer timer2_, timer3_, checker_, parentWatch_;
+    QTimer timer2_, timer3_, checker_, parentWatch_, watchFile_;
+    long long seenDataVersion_ = -1;
+    bool fileChangedOutside_ = false;
+    int handlerDepth_ = 0;   // handlers running (a modal wait inside one runs the loop)
     bool ended_ = false;
     bool exiting_ = false;
     int exitCode_ = 0;

@@ -12,7 +12,8 @@
 
 namespace pelkor::feedtest {
 
-// The sample statements kept beside the repository (shared/statements).
+// The sample statements kept with the tests (tests/feed/fixtures, with
+// their sources in SOURCES.md there).
 inline QString samplesDir()
 {
 #ifdef PELKOR_STATEMENTS_DIR

@@ -1,4 +1,4 @@
-// The sample statements of shared/statements, each read and planned into
+// The sample statements of tests/feed/fixtures, each read and planned into
 // feed rows. Every expected value below was read off the file by a person
 // (the line or element named in the comment), not produced by the reader.
 #include "FeedTestSupport.h"
@@ -74,8 +74,7 @@ const Expected samples[] = {
 
 TEST(FeedSamples, EveryFileImportsWithTheValuesReadOffIt)
 {
-    if (!QFileInfo::exists(samplesDir()))
-        GTEST_SKIP() << "no sample statements at " << samplesDir().toStdString();
+    ASSERT_TRUE(QFileInfo::exists(samplesDir())) << samplesDir().toStdString();
     for (const Expected& e : samples) {
         SCOPED_TRACE(e.file);
         const ReadResult r = readStatementFile(samplesDir() + QLatin1Char('/') + QString::fromUtf8(e.file));
@@ -95,8 +94,7 @@ TEST(FeedSamples, EveryFileImportsWithTheValuesReadOffIt)
 
 TEST(FeedSamples, FilesThatSayOneThingAndHoldAnotherAreReadAndReported)
 {
-    if (!QFileInfo::exists(samplesDir()))
-        GTEST_SKIP();
+    ASSERT_TRUE(QFileInfo::exists(samplesDir())) << samplesDir().toStdString();
     // Header CHARSET:1252 over UTF-8 bytes: "DOC CRÉDITO EM CONTA" keeps its É.
     const ReadResult bb = readStatementFile(samplesDir() + QStringLiteral("/ofx/ofxdata-bb.ofx"));
     ASSERT_TRUE(bb.ok());
@@ -117,8 +115,7 @@ TEST(FeedSamples, FilesThatSayOneThingAndHoldAnotherAreReadAndReported)
 
 TEST(FeedSamples, OfxReferencesAndWordsComeFromTheRightElements)
 {
-    if (!QFileInfo::exists(samplesDir()))
-        GTEST_SKIP();
+    ASSERT_TRUE(QFileInfo::exists(samplesDir())) << samplesDir().toStdString();
     const ReadResult r = readStatementFile(samplesDir() + QStringLiteral("/ofx/checking.ofx"));
     ASSERT_TRUE(r.ok());
     const QList<StatementRow>& rows = r.accounts[0].rows;

@@ -94,6 +94,10 @@ protected:
         env.bus = busOverride;
         env.layouts = layouts;
         env.endProcess = [this](int code) { endCode = code; };
+        env.startInstance = [this](const QStringList& arguments) {
+            startedInstances << arguments;
+            return true;
+        };
         m = std::make_unique<frmMain>(env);
         m->Form_Load();
         return *m;
@@ -143,6 +147,7 @@ protected:
     QTemporaryDir dir;
     QString file;
     PlayedChildren children;
+    QList<QStringList> startedInstances;   // other main instances started (their arguments)
     LocalMessages messages{0x1234abcd};
     Bus* busOverride = nullptr;
     platform::KeyboardLayouts* layouts = nullptr;   // none switched when null

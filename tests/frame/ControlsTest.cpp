@@ -12,10 +12,11 @@ TEST(Controls, EachInstanceShowsOnlyWhatItMayDo)
     Instance f;
     f.progMode = modeFullScreen;
     EXPECT_FALSE(shownControls(f).cmdDelAll);
-    // Under an outer host the actions and settings are the host's.
+    EXPECT_TRUE(shownControls(f).mnuOpen);
+    // Under an outer host the actions, settings and files are the host's.
     f.isFromKelvanto = true;
     ShownControls s = shownControls(f);
-    EXPECT_FALSE(s.mnuActions || s.mnuDefs);
+    EXPECT_FALSE(s.mnuActions || s.mnuDefs || s.mnuOpen);
     EXPECT_TRUE(s.mnuReports);
     f.isFromKelvanto = false;
     // A merged file can be neither reconciled nor given a zeroing line.

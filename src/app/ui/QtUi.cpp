@@ -239,6 +239,8 @@ QStringList QtUi::runFileDialog(const FileDialogOptions& spec, bool save)
     if (!spec.fileName.isEmpty())
         dlg.selectFile(spec.fileName);
     centreOn(dlg, owner());
+    if (!spec.fileNameLabel.isEmpty())
+        dlg.setLabelText(QFileDialog::FileName, spec.fileNameLabel);
     for (;;) {
         if (dlg.exec() != QDialog::Accepted)
             return {};

@@ -12,10 +12,17 @@ namespace {
 // the ledger is a line's description at most; anything longer is cut at
 // a character boundary.
 constexpr std::size_t maxCellBytes = 0xFFFE;
-// The length that marks a deferred text.
-constexpr std::uint16_t deferredMark = 0xFFFF;
-// The bytes a cell's length stands for in its arena.
-inline std::size_t liveBytes(std::uint16_t n) { return n == deferredMark ? 0 : n; }
+// Sets (on) or clears the bits [from, to) of a bit per row.
+void setBits(std::vector<std::uint64_t>& bits, std::size_t from, std::size_t to, bool on)
+{
+    while (from < to) {
+        const std::size_t word = from >> 6, first = from & 63;
+        const std::size_t count = std::min<std::size_t>(64 - first, to - from);
+        const std::uint64_t mask = (count == 64 ? ~std::uint64_t(0) : ((std::uint64_t(1) << count) - 1)) << first;
+        bits[word] = on ? bits[word] | mask : bits[word] & ~mask;
+        from += count;
+    }
+}
 
 // An arena is compacted when at least this much of it, and at least half
 // of it, is no longer used: small arenas are not worth the pass.
@@ -166,13 +173,13 @@ void GridModel::refresh()
 
 void GridModel::resizeColumn(Column& col, int c, int rows)
 {
-    const int old = int(col.offsets.size());
+    const int old = int(col.styles.size());
     if (rows < old) {
         for (int r = rows; r < old; ++r)
-            col.garbage += liveBytes(col.lengths[size_t(r)]);
+            col.garbage += col.length(size_t(r));
+        col.empty(size_t(rows), size_t(old));
     }
-    col.offsets.resize(size_t(rows), 0);
-    col.lengths.resize(size_t(rows), 0);
+    col.resize(size_t(rows));
     col.styles.resize(size_t(rows), 0);
     for (int r = old; r < rows; ++r)
         col.styles[size_t(r)] = defaultIndexFor(r, c);
@@ -261,9 +268,15 @@ void GridModel::removeRow(int r)
     if (r < 0 || r >= rows_)
         return;
     for (Column& col : cols_) {
-        col.garbage += liveBytes(col.lengths[size_t(r)]);
-        col.offsets.erase(col.offsets.begin() + r);
-        col.lengths.erase(col.lengths.begin() + r);
+        col.garbage += col.length(size_t(r));
+        for (size_t i = size_t(r); i + 1 < size_t(rows_); ++i) {
+            if (col.isDeferred(i + 1))
+                col.defer(i);
+            else
+                col.put(i, col.offset(i + 1), col.length(i + 1));
+        }
+        col.empty(size_t(rows_) - 1, size_t(rows_));
+        col.resize(size_t(rows_) - 1);
         col.styles.erase(col.styles.begin() + r);
     }
     if (!heights_.empty())
@@ -286,8 +299,7 @@ void GridModel::clear()
 {
     for (int c = 0; c < Cols(); ++c) {
         Column& col = cols_[size_t(c)];
-        std::fill(col.offsets.begin(), col.offsets.end(), 0);
-        std::fill(col.lengths.begin(), col.lengths.end(), 0);
+        col.empty(0, size_t(rows_));
         for (int r = 0; r < rows_; ++r)
             col.styles[size_t(r)] = defaultIndexFor(r, c);
         col.arena.clear();
@@ -405,11 +417,59 @@ void GridModel::Column::clearCache()
     std::fill(std::begin(cacheLength), std::end(cacheLength), 0);
 }
 
+void GridModel::Column::put(std::size_t r, std::uint32_t off, std::uint16_t n)
+{
+    deferred[r >> 6] &= ~(std::uint64_t(1) << (r & 63));
+    std::unique_ptr<TextPage>& p = pages[r >> pageShift];
+    if (!p) {
+        if (n == 0)
+            return;
+        p = std::make_unique<TextPage>();
+    }
+    p->offsets[r & (pageRows - 1)] = off;
+    p->lengths[r & (pageRows - 1)] = n;
+}
+
+void GridModel::Column::defer(std::size_t r)
+{
+    deferred[r >> 6] |= std::uint64_t(1) << (r & 63);
+    if (TextPage* p = pages[r >> pageShift].get()) {
+        p->offsets[r & (pageRows - 1)] = 0;
+        p->lengths[r & (pageRows - 1)] = 0;
+    }
+}
+
+void GridModel::Column::empty(std::size_t from, std::size_t to)
+{
+    setBits(deferred, from, to, false);
+    while (from < to) {
+        const std::size_t page = from >> pageShift;
+        const std::size_t pageEnd = std::min(to, (page + 1) << pageShift);
+        if (from == page << pageShift && pageEnd == (page + 1) << pageShift) {
+            pages[page].reset();   // the whole page
+        } else if (TextPage* p = pages[page].get()) {
+            for (std::size_t r = from; r < pageEnd; ++r) {
+                p->offsets[r & (pageRows - 1)] = 0;
+                p->lengths[r & (pageRows - 1)] = 0;
+            }
+        }
+        from = pageEnd;
+    }
+}
+
+void GridModel::Column::resize(std::size_t rows)
+{
+    // Rows beyond the new end were emptied (or never held anything): a
+    // grown column's new rows are empty.
+    pages.resize((rows + pageRows - 1) >> pageShift);
+    deferred.resize((rows + 63) >> 6, 0);
+}
+
 std::string_view GridModel::textUtf8(int r, int c) const
 {
     if (!inRange(r, c))
         return {};
-    if (cols_[size_t(c)].lengths[size_t(r)] == deferredMark) {
+    if (cols_[size_t(c)].isDeferred(size_t(r))) {
         if (isLiveColumn(c)) {
             // Made anew at every read, into the column's one scratch text.
             std::string& made = cols_[size_t(c)].made;
@@ -421,8 +481,8 @@ std::string_view GridModel::textUtf8(int r, int c) const
         makeDeferred(r, c);
     }
     const Column& col = cols_[size_t(c)];
-    const std::uint16_t n = col.lengths[size_t(r)];
-    return n == 0 ? std::string_view() : std::string_view(col.arena.data() + col.offsets[size_t(r)], n);
+    const std::uint16_t n = col.length(size_t(r));
+    return n == 0 ? std::string_view() : std::string_view(col.arena.data() + col.offset(size_t(r)), n);
 }
 
 void GridModel::makeDeferred(int r, int c) const
@@ -430,7 +490,7 @@ void GridModel::makeDeferred(int r, int c) const
     auto* self = const_cast<GridModel*>(this);
     Column& col = self->cols_[size_t(c)];
     if (!source_) {
-        col.lengths[size_t(r)] = 0;
+        col.put(size_t(r), 0, 0);
         return;
     }
     const QString s = source_(r, c);
@@ -454,23 +514,25 @@ void GridModel::deferTexts(int r0, int r1, int c0, int c1)
         return;
     for (int c = c0; c <= c1; ++c) {
         Column& col = cols_[size_t(c)];
-        std::uint16_t* lengths = col.lengths.data();
-        // Most rows of a long column are deferred already: those are only
-        // read, and the few that hold texts are written.
-        for (int r = r0; r <= r1; ++r) {
-            if (lengths[r] == deferredMark)
-                continue;
-            col.garbage += lengths[r];
-            col.offsets[size_t(r)] = 0;
-            lengths[r] = deferredMark;
+        // Only the pages that hold texts are visited; those wholly in the
+        // range are let go.
+        for (size_t page = size_t(r0) >> pageShift; page <= size_t(r1) >> pageShift; ++page) {
+            if (const TextPage* p = col.pages[page].get()) {
+                const size_t from = std::max(size_t(r0), page << pageShift);
+                const size_t to = std::min(size_t(r1) + 1, (page + 1) << pageShift);
+                for (size_t r = from; r < to; ++r)
+                    col.garbage += p->lengths[r & (pageRows - 1)];
+            }
         }
+        col.empty(size_t(r0), size_t(r1) + 1);
+        setBits(col.deferred, size_t(r0), size_t(r1) + 1, true);
     }
     cellsChanged(r0, r1, c0, c1);
 }
 
 bool GridModel::isTextDeferred(int r, int c) const
 {
-    return inRange(r, c) && cols_[size_t(c)].lengths[size_t(r)] == deferredMark;
+    return inRange(r, c) && cols_[size_t(c)].isDeferred(size_t(r));
 }
 
 QString GridModel::peekText(int r, int c) const
@@ -497,10 +559,9 @@ void GridModel::commitAppended(Column& col, int r, std::size_t n)
             --n;   // do not cut a character in two
         col.arena.resize(start + n);
     }
-    col.garbage += liveBytes(col.lengths[size_t(r)]);
+    col.garbage += col.length(size_t(r));
     if (n == 0) {
-        col.offsets[size_t(r)] = 0;
-        col.lengths[size_t(r)] = 0;
+        col.put(size_t(r), 0, 0);
         return;
     }
     const char* bytes = col.arena.data() + start;
@@ -509,13 +570,11 @@ void GridModel::commitAppended(Column& col, int r, std::size_t n)
     const std::uint16_t cLen = col.cacheLength[slot];
     if (cLen == n && std::memcmp(col.arena.data() + cOff, bytes, n) == 0) {
         col.arena.resize(start);   // the same text is there already
-        col.offsets[size_t(r)] = cOff;
-        col.lengths[size_t(r)] = cLen;
+        col.put(size_t(r), cOff, cLen);
     } else {
         if (start + n > std::size_t(UINT32_MAX))
             throw std::length_error("grid column text exceeds 4 GB");
-        col.offsets[size_t(r)] = std::uint32_t(start);
-        col.lengths[size_t(r)] = std::uint16_t(n);
+        col.put(size_t(r), std::uint32_t(start), std::uint16_t(n));
         col.cacheOffset[slot] = std::uint32_t(start);
         col.cacheLength[slot] = std::uint16_t(n);
     }
@@ -531,21 +590,25 @@ void GridModel::compactArena(Column& col)
     std::string fresh;
     fresh.reserve(col.arena.size() - std::min(col.garbage, col.arena.size()) + 64);
     col.clearCache();
-    for (std::size_t r = 0; r < col.offsets.size(); ++r) {
-        const std::uint16_t n = col.lengths[r];
-        if (n == 0 || n == deferredMark)
+    for (const std::unique_ptr<TextPage>& page : col.pages) {
+        if (!page)
             continue;
-        const char* bytes = col.arena.data() + col.offsets[r];
-        const int slot = int(hashBytes(bytes, n) % Column::cacheSize);
-        if (col.cacheLength[slot] == n && std::memcmp(fresh.data() + col.cacheOffset[slot], bytes, n) == 0) {
-            col.offsets[r] = col.cacheOffset[slot];
-            continue;
+        for (std::size_t k = 0; k < pageRows; ++k) {
+            const std::uint16_t n = page->lengths[k];
+            if (n == 0)
+                continue;
+            const char* bytes = col.arena.data() + page->offsets[k];
+            const int slot = int(hashBytes(bytes, n) % Column::cacheSize);
+            if (col.cacheLength[slot] == n && std::memcmp(fresh.data() + col.cacheOffset[slot], bytes, n) == 0) {
+                page->offsets[k] = col.cacheOffset[slot];
+                continue;
+            }
+            const auto start = std::uint32_t(fresh.size());
+            fresh.append(bytes, n);
+            page->offsets[k] = start;
+            col.cacheOffset[slot] = start;
+            col.cacheLength[slot] = n;
         }
-        const auto start = std::uint32_t(fresh.size());
-        fresh.append(bytes, n);
-        col.offsets[r] = start;
-        col.cacheOffset[slot] = start;
-        col.cacheLength[slot] = n;
     }
     col.arena.swap(fresh);
     col.garbage = 0;
@@ -628,8 +691,10 @@ std::size_t GridModel::memoryUsage() const
     std::size_t n = sizeof(*this);
     for (const Column& col : cols_) {
         n += sizeof(Column);
-        n += col.offsets.capacity() * sizeof(std::uint32_t);
-        n += col.lengths.capacity() * sizeof(std::uint16_t);
+        n += col.pages.capacity() * sizeof(col.pages[0]);
+        for (const std::unique_ptr<TextPage>& page : col.pages)
+            n += page ? sizeof(TextPage) : 0;
+        n += col.deferred.capacity() * sizeof(std::uint64_t);
         n += col.styles.capacity() * sizeof(std::uint16_t);
         n += col.arena.capacity();
     }

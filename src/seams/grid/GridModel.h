@@ -13,6 +13,9 @@
 // arena (a cell is an offset and a length; equal texts written close to
 // each other share their bytes), and a 16-bit index per cell into a
 // palette of (back, fore, bold) combinations. No cell owns a heap object.
+// The offsets and lengths are kept by pages of rows, a page made when a
+// cell of it first holds a text: the many cells that hold none (empty, or
+// deferred, below) cost a bit each.
 //
 // A text may also be deferred: the cell is marked, and its text is made by
 // the grid's text source the first time anybody reads it (a view paints
@@ -33,6 +36,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -219,9 +223,17 @@ public:
     int paletteSize() const { return int(palette_.size()); }
 
 private:
+    // Where the texts of pageRows consecutive rows of a column lie in its arena.
+    static constexpr int pageShift = 8;
+    static constexpr std::size_t pageRows = std::size_t(1) << pageShift;
+    struct TextPage {
+        std::uint32_t offsets[pageRows] = {};
+        std::uint16_t lengths[pageRows] = {};
+    };
     struct Column {
-        std::vector<std::uint32_t> offsets;   // per row: start in arena
-        std::vector<std::uint16_t> lengths;   // per row: bytes in arena
+        // Per page of rows: null while no cell of the page holds a text.
+        std::vector<std::unique_ptr<TextPage>> pages;
+        std::vector<std::uint64_t> deferred;  // per row a bit: the text is the source's
         std::vector<std::uint16_t> styles;    // per row: palette index
         std::string arena;                    // UTF-8 of the texts
         std::size_t garbage = 0;              // bytes no cell uses any more (at most)
@@ -234,6 +246,26 @@ private:
         LiveLook live;                        // a test: the column is live
         mutable std::string made;             // a live column's last made text (a read makes it)
         void clearCache();
+
+        bool isDeferred(std::size_t r) const { return (deferred[r >> 6] >> (r & 63)) & 1; }
+        // Bytes of the cell's text in the arena; 0 for an empty or deferred cell.
+        std::uint16_t length(std::size_t r) const
+        {
+            const TextPage* p = pages[r >> pageShift].get();
+            return p ? p->lengths[r & (pageRows - 1)] : 0;
+        }
+        std::uint32_t offset(std::size_t r) const
+        {
+            const TextPage* p = pages[r >> pageShift].get();
+            return p ? p->offsets[r & (pageRows - 1)] : 0;
+        }
+        // The cell holds the n bytes at off (n may be 0); it is deferred no more.
+        void put(std::size_t r, std::uint32_t off, std::uint16_t n);
+        // The cell's text is the source's from now on.
+        void defer(std::size_t r);
+        // Rows [from, to) hold nothing: no text, not deferred.
+        void empty(std::size_t from, std::size_t to);
+        void resize(std::size_t rows);
     };
 
     bool inRange(int r, int c) const { return r >= 0 && r < rows_ && c >= 0 && c < int(cols_.size()); }

@@ -513,6 +513,11 @@ void Connection::open(const QString& path, OpenMode mode)
             refuse(QStringLiteral("Cannot read '%1': %2").arg(path, engineMessage(db)));
     }
     if (mode != OpenMode::ReadOnly) {
+        // Several processes work on one file: readers never wait for a
+        // writer in write-ahead-log mode. Each commit is copied back into
+        // the file at once (a checkpoint as soon as the log holds a page),
+        // so the file alone holds every committed write and a copy taken
+        // between two edits is whole; the log is removed at the last close.
         sqlite3_stmt* st = nullptr;
         int prc = sqlite3_prepare_v2(db, "PRAGMA journal_mode=WAL", -1, &st, nullptr);
         if (prc == SQLITE_OK)
@@ -522,6 +527,7 @@ void Connection::open(const QString& path, OpenMode mode)
             refuseBusy();
         if (prc != SQLITE_ROW)
             refuse(QStringLiteral("Cannot open '%1' for writing: %2").arg(path, engineMessage(db)));
+        sqlite3_wal_autocheckpoint(db, 1);
     }
     if (registerJetFunctions(db) != SQLITE_OK)
         refuse(QStringLiteral("Cannot prepare '%1': %2").arg(path, engineMessage(db)));
@@ -548,6 +554,21 @@ bool Connection::isOpen() const { return d && d->db; }
 const QString& Connection::path() const { return d->path; }
 
 sqlite3* Connection::handle() const { return d ? d->db : nullptr; }
+
+long long Connection::dataVersion()
+{
+    if (!isOpen())
+        return -1;
+    // Asked from an idle window's timer: never wait for a writer.
+    sqlite3_busy_handler(d->db, nullptr, nullptr);
+    sqlite3_stmt* st = nullptr;
+    long long v = -1;
+    if (sqlite3_prepare_v2(d->db, "PRAGMA data_version", -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+        v = sqlite3_column_int64(st, 0);
+    sqlite3_finalize(st);
+    sqlite3_busy_handler(d->db, &Impl::onBusy, d.get());
+    return v;
+}
 
 long long Connection::lastInsertId() const { return d && d->db ? sqlite3_last_insert_rowid(d->db) : 0; }
 

@@ -3,6 +3,9 @@
 //
 // open() opens an SQLite file in WAL mode with a busy timeout, so several
 // processes can work on one file; committed writes are seen by the others.
+// Every commit is checkpointed into the file at once, so the file alone
+// holds every committed write: a copy of it taken between two writes is
+// whole.
 // execute() translates one statement (see Dialect.h), runs it, and returns
 // its rows. Statements that the dialect turns into several SQLite steps
 // (SELECT INTO, IN "<file>") run inside one transaction: they happen whole
@@ -71,6 +74,12 @@ public:
     // empty when the table or column does not exist. Case-insensitive.
     QString columnType(const QString& table, const QString& column);
     bool tableExists(const QString& table);
+
+    // A number that changes whenever another connection, of this process
+    // or another, commits a change to the file, and stays while none does
+    // (this connection's own writes leave it). -1 while closed, or when the
+    // file cannot be read at once (a writer holds it): ask again later.
+    long long dataVersion();
 
     sqlite3* handle() const;
     // The key the last INSERT on this connection gave its row (another

@@ -60,7 +60,16 @@ QString Value::toString() const
 {
     switch (type()) {
     case Type::Null: return QString();
-    case Type::Integer: return QString::number(payload());
+    case Type::Integer: {
+        // Written out directly: every line's id is read this way at a load.
+        char buf[24];
+        const auto r = std::to_chars(buf, buf + sizeof buf, payload());
+        QString s(qsizetype(r.ptr - buf), Qt::Uninitialized);
+        QChar* o = s.data();
+        for (const char* p = buf; p < r.ptr; ++p)
+            *o++ = QLatin1Char(*p);
+        return s;
+    }
     case Type::Double: {
         const double d = real();
         if (!std::isfinite(d))

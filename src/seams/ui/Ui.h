@@ -50,6 +50,7 @@ struct FileDialogOptions {
     QString defaultExt;   // "pkr" or ".pkr"; added to a chosen name that has no suffix
     QString startDir;
     QString fileName;     // the name proposed in the dialog
+    QString fileNameLabel;  // the words before the name box, when not the usual ones
     bool fileMustExist = false;
     bool pathMustExist = false;
     bool multiSelect = false;

@@ -133,6 +133,59 @@ TEST(GridModel, DeferredTextsAreMadeOnceWhenReadAndEndWhenWritten)
     g.removeListener(&rec);
 }
 
+TEST(GridModel, ALongColumnOfDeferredCellsHoldsNoPlaceForTexts)
+{
+    // Many rows, as a ledger has: texts written, deferred, read, moved and
+    // cut across the places where the column's storage is divided.
+    const int rows = 3000;
+    GridModel g(rows, 3);
+    g.setTextSource([](int r, int c) { return QStringLiteral("%1:%2").arg(r).arg(c); });
+    for (int r = 1; r < rows; ++r)
+        g.setText(r, 1, QStringLiteral("שורה %1").arg(r));
+    const std::size_t written = g.memoryUsage();
+
+    // Deferring the column lets go of where its texts lay (an offset and
+    // a length a cell); reading a few cells takes a little of it back.
+    g.deferTexts(1, rows - 1, 1, 2);
+    EXPECT_LT(g.memoryUsage(), written - size_t(rows) * 5);
+    EXPECT_EQ(g.text(700, 2), QStringLiteral("700:2"));
+    EXPECT_EQ(g.text(2999, 2), QStringLiteral("2999:2"));
+    EXPECT_LT(g.memoryUsage(), written - size_t(rows) * 4);
+
+    // A range deferred in the middle of written rows leaves its neighbours.
+    for (int r = 250; r < 270; ++r)
+        g.setText(r, 1, QString::number(r));
+    g.deferTexts(255, 257, 1, 1);
+    EXPECT_EQ(g.text(254, 1), QStringLiteral("254"));
+    EXPECT_TRUE(g.isTextDeferred(256, 1));
+    EXPECT_EQ(g.text(258, 1), QStringLiteral("258"));
+
+    // Removing a row moves written, deferred and empty cells up one across
+    // the storage's divisions.
+    g.setText(256, 2, QStringLiteral("נכתב"));
+    g.setText(513, 1, QStringLiteral("ב-513"));
+    g.setText(512, 1, QString());
+    g.removeRow(100);
+    EXPECT_EQ(g.text(253, 1), QStringLiteral("254"));
+    EXPECT_EQ(g.text(255, 2), QStringLiteral("נכתב"));
+    EXPECT_TRUE(g.isTextDeferred(256, 1));
+    EXPECT_FALSE(g.isTextDeferred(511, 1));
+    EXPECT_TRUE(g.text(511, 1).isEmpty());
+    EXPECT_EQ(g.text(512, 1), QStringLiteral("ב-513"));
+    EXPECT_EQ(g.text(513, 1), QStringLiteral("513:1"));   // the source answers for the new place
+    EXPECT_EQ(g.Rows(), rows - 1);
+
+    // Cut short and grown again: the new rows are empty, not what was there.
+    g.setRows(300);
+    g.setRows(rows);
+    EXPECT_EQ(g.text(253, 1), QStringLiteral("254"));
+    EXPECT_FALSE(g.isTextDeferred(1000, 1));
+    EXPECT_TRUE(g.text(1000, 1).isEmpty());
+    EXPECT_TRUE(g.text(2998, 2).isEmpty());
+    EXPECT_TRUE(g.isTextDeferred(299, 1));
+    EXPECT_FALSE(g.isTextDeferred(300, 1));
+}
+
 TEST(GridModel, StylesAreIndependentPartsAndFixedCellsHaveTheirOwnDefault)
 {
     GridModel g(4, 4, 1, 1);

@@ -6,6 +6,7 @@
 #include "seams/store/Dialect.h"
 #include "seams/store/StoreError.h"
 
+#include <QDir>
 #include <QFile>
 #include <unistd.h>
 
@@ -78,7 +79,51 @@ TEST_F(StoreFile, TwoConnectionsSeeEachOthersCommittedWrites)
     tx.commit();
     EXPECT_EQ(other.execute(QStringLiteral("SELECT kind FROM pelkor WHERE id=2")).at(0, 0).toString(),
               QStringLiteral("+2"));
+    // data_version moves for the other connection's commits only.
+    const long long seen = cn.dataVersion();
+    cn.execute(QStringLiteral("UPDATE pelkor set [relate] = 0 WHERE id = 1"));
+    EXPECT_EQ(cn.dataVersion(), seen);
+    other.execute(QStringLiteral("UPDATE pelkor set [relate] = 99 WHERE id = 1"));
+    EXPECT_NE(cn.dataVersion(), seen);
     EXPECT_EQ(raw(QStringLiteral("PRAGMA journal_mode")), QStringLiteral("wal"));
+    other.close();
+    cn.close();
+    EXPECT_EQ(cn.dataVersion(), -1);
+}
+
+// A copy of the file alone, taken while connections hold it between two
+// writes, has every committed write; nothing is left beside the file once
+// they close.
+TEST_F(StoreFile, TheFileAloneHoldsEveryCommittedWrite)
+{
+    const auto copyHas = [&](const QString& sql) {
+        const QString copy = dir.filePath(QStringLiteral("copy.pkr"));
+        QFile::remove(copy);
+        EXPECT_TRUE(QFile::copy(path, copy));
+        sqlite3* db = nullptr;
+        sqlite3_open_v2(copy.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
+        const QString got = rawOn(db, sql);
+        sqlite3_close(db);
+        QFile::remove(copy);
+        return got;
+    };
+    Connection other;
+    other.open(path);
+    cn.execute(QStringLiteral("UPDATE pelkor set detail = 'one' WHERE id = 1"));
+    EXPECT_EQ(copyHas(QStringLiteral("SELECT detail FROM pelkor WHERE id = 1")), QStringLiteral("one"));
+    other.execute(QStringLiteral("UPDATE pelkor set detail = 'two' WHERE id = 2"));
+    {
+        Transaction tx(cn);
+        cn.execute(QStringLiteral("DELETE FROM pelkor WHERE id = 3"));
+        cn.execute(QStringLiteral("INSERT INTO pelkor (kind, detail) VALUES ('+1', 'three')"));
+        tx.commit();
+    }
+    EXPECT_EQ(copyHas(QStringLiteral("SELECT group_concat(detail, ',') FROM pelkor WHERE id IN (1,2) OR id > 6")),
+              QStringLiteral("one,two,three"));
+    EXPECT_EQ(copyHas(QStringLiteral("SELECT count(*) FROM pelkor WHERE id = 3")), QStringLiteral("0"));
+    other.close();
+    cn.close();
+    EXPECT_EQ(QDir(dir.path()).entryList({QStringLiteral("ledger.pkr-*")}, QDir::Files), QStringList());
 }
 
 TEST_F(StoreFile, TransactionRollsBackUnlessCommitted)

@@ -1,0 +1,157 @@
+// A session's process killed at random moments (marking, pairing, a
+// balancing line's dialog under way, the working table's copy): the next
+// start finds the table of lines row for row as before, and a new session
+// opens over whatever working tables the killed one left. Each worker is
+// this program run again on one SessionWorker test (skipped in an ordinary
+// run), driving frmMain's session on the file PELKOR_SESSION_FILE names.
+#include "ledger/GridFixture.h"
+
+#include "base/Format.h"
+#include "file/Display.h"
+#include "seams/web/ScriptedWebView.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <random>
+
+using namespace pelkor;
+using namespace pelkor::testing;
+
+namespace {
+
+const char sessionFile[] = "PELKOR_SESSION_FILE";
+const char sessionFeed[] = "PELKOR_SESSION_FEED";
+
+// The zeroing line, then forty lines a day apart; the bank has them all
+// with their balances.
+void makeFiles(const QString& file, const QString& feedPath)
+{
+    QString sql = QStringLiteral("BEGIN;");
+    QString feed = QStringLiteral("BEGIN;");
+    double balance = 0;
+    for (int i = 1; i <= 41; ++i) {
+        const bool in = i % 3 != 0;
+        const double sum = 100 + i;
+        balance += in ? sum : -sum;
+        const QString date = QDate(2025, 3, 1).addDays(i).toString(Qt::ISODate);
+        sql += QStringLiteral("INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
+                              "(%1,'%2','%3','%1','line %1',%4,%5,%6,'%7','ללא צבע');")
+                   .arg(i)
+                   .arg(in ? QStringLiteral("+1") : QStringLiteral("-1"), date)
+                   .arg(in ? sum : 0)
+                   .arg(in ? 0 : sum)
+                   .arg(in ? 1 : 2)
+                   .arg(i == 1 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "));
+        feed += QStringLiteral("INSERT INTO demoOsh VALUES ('7', %1, '%2', '%1', 'bank %1', %3, %4, %5, 0);")
+                    .arg(i)
+                    .arg(date)
+                    .arg(in ? sum : 0)
+                    .arg(in ? 0 : sum)
+                    .arg(balance);
+    }
+    makeLedger(file, sql + QStringLiteral("COMMIT;UPDATE Defaults SET isAuto=1, iBank=99;"), false, {-5000, 60, " "});
+    store::Connection cn;
+    cn.open(feedPath, store::Connection::OpenMode::ReadWriteCreate);
+    cn.executeRaw(schema::feedScript({QStringLiteral("demoOsh")}) + feed + QStringLiteral("COMMIT;"));
+}
+
+class SessionWorker : public GridTest {
+protected:
+    void SetUp() override
+    {
+        if (qEnvironmentVariableIsEmpty(sessionFile))
+            GTEST_SKIP() << "runs only as a worker of another test";
+        GridTest::SetUp();
+        file = qEnvironmentVariable(sessionFile);
+        const QString program = dir.filePath(QStringLiteral("program"));
+        QDir().mkpath(program);
+        QFile::copy(QStringLiteral(PELKOR_SOURCE_DIR "/share/BankMenu.html"), program + QStringLiteral("/BankMenu.html"));
+        QFile::copy(qEnvironmentVariable(sessionFeed), program + QStringLiteral("/demo.mdb"));
+    }
+};
+
+// Starts a session on the first bank and pairs, unpairs and opens balancing
+// dialogs until it is killed; says "session" once the working table stands.
+TEST_F(SessionWorker, PairForever)
+{
+    start({QStringLiteral("open"), file}, QStringLiteral("נמצא חשבון אחד => Yes\nלבטל התאמה => Yes\n"));
+    ASSERT_FALSE(m->ended());
+    web::ScriptedWebView page;
+    m->setBankPage(&page);
+    m->cmdBankCoordination_Click();
+    page.sendEvent(QStringLiteral("0"));
+    ASSERT_TRUE(m->session().pairing());
+    std::cout << "session" << std::endl;
+    reconcile::Session& s = m->session();
+    std::mt19937 rng(unsigned(QCoreApplication::applicationPid()));
+    for (int round = 0; round < 100000; ++round) {
+        const int n = int(m->ledger().lines.size());
+        const int line = m->ledger().iRowAboveRed + 1 + int(rng() % unsigned(std::max(1, n - m->ledger().iRowAboveRed)));
+        const int bankRow = s.bank.iBankRowAboveRed + 1 + int(rng() % unsigned(std::max(1, s.bank.lastRow() - s.bank.iBankRowAboveRed)));
+        g().setRow(std::min(line, g().Rows() - 1));
+        m->msfgMainMarkClicked();
+        if (rng() % 2) {
+            g().setRow(std::min(line + 1, g().Rows() - 1));
+            m->msfgMainMarkClicked();
+        }
+        s.bank.msfgBank.setRow(std::min(bankRow, s.bank.lastRow()));
+        m->msfgBankMarkClicked();
+        m->cmdCoordinate_Click();
+        if (s.coord.isWaitingForDialog()) {
+            messages.setCaption(QStringLiteral("pelkor CLOSED"));
+            m->timerCoordinationMessageChecker_Timer();
+        } else if (!s.links.rowLinks.empty() && rng() % 2) {
+            g().setRow(m->session().links.getLineIndexByID(s.links.rowLinks.front().ids.front()) + 1);
+            m->msfgMainMarkClicked();
+        }
+    }
+}
+
+} // namespace
+
+TEST(SessionKill, AKilledSessionLeavesTheTableOfLinesAsItWas)
+{
+    ensureApplication();
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("shop.pkr"));
+    const QString feed = dir.filePath(QStringLiteral("demo.mdb"));
+    makeFiles(file, feed);
+    const QString before = queryRows(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id"));
+    std::mt19937 rng(20251125);
+    for (int point = 0; point < 50; ++point) {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QString::fromLatin1(sessionFile), file);
+        env.insert(QString::fromLatin1(sessionFeed), feed);
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        p.setProcessEnvironment(env);
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=SessionWorker.PairForever")});
+        ASSERT_TRUE(p.waitForStarted());
+        QString out;
+        // Killed sometimes before the session stands, mostly while it works.
+        const int delay = int(rng() % 700);
+        const bool early = point % 10 == 0;
+        while (!early && !out.contains(QStringLiteral("session")) && p.state() == QProcess::Running) {
+            p.waitForReadyRead(100);
+            out += QString::fromUtf8(p.readAll());
+        }
+        ASSERT_EQ(p.state(), QProcess::Running) << out.toStdString();
+        QThread::msleep(early ? 200 + delay : delay);
+        p.kill();
+        p.waitForFinished();
+        ASSERT_EQ(queryRows(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before) << "at point " << point;
+    }
+    // A session after all those opens over what they left.
+    store::Connection cn;
+    cn.open(file);
+    cn.executeRaw(QStringLiteral("DROP TABLE IF EXISTS probe;"));
+    EXPECT_FALSE(cn.tableExists(QStringLiteral("probe")));
+}
