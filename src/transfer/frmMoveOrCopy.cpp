@@ -48,7 +48,7 @@ void frmMoveOrCopy::onClick(const QString& name)
             return;
         }
         destPath_ = chosen.first();
-        setValue(QStringLiteral("txtFileName"), getShortFileName(destPath_));
+        setValue(QStringLiteral("txtFileName"), getFileName(destPath_));
         setEnabled(QStringLiteral("cmdOK"), true);
         setFocus(QStringLiteral("cmdOK"));
     } else if (name == QLatin1String("cmdOK")) {
