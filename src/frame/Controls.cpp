@@ -79,7 +79,7 @@ QString controlCaption(const QString& name)
         {"mnuOpenWeekKindReport", "דוח שבועי לפי סיווגים וסוגים"},
         {"mnuOpenDayKindReport", "דוח יומי לפי סיווגים וסוגים"},
         {"cmdMonthReport", "דוח חודשי"},
-        {"cmdMove", "העבר/העתק שורות"},
+        {"cmdMove", "העבר/העתק"},
         {"mnuMoveDates", "הזזת תאריכים..."},
         {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
     };
