@@ -557,6 +557,15 @@ private:
             QFile::remove(f + QStringLiteral("-wal"));
             QFile::remove(f + QStringLiteral("-shm"));
             QFile::copy(path_, f);
+            // The zeroing line 1,200 lines from the end in both files, so
+            // the last thousand are all past it and every one moves.
+            sqlite3* db = nullptr;
+            sqlite3_open_v2(f.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+            const std::string mark = "BEGIN; UPDATE pelkor SET zee=' ' WHERE zee='ZZZZZZZZZZ';"
+                                     " UPDATE pelkor SET zee='ZZZZZZZZZZ' WHERE id = (SELECT id FROM pelkor"
+                                     " ORDER BY date DESC, id DESC LIMIT 1 OFFSET 1200); COMMIT;";
+            sqlite3_exec(db, mark.c_str(), nullptr, nullptr, nullptr);
+            sqlite3_close(db);
         }
     }
     QString path_;
