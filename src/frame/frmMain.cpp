@@ -257,6 +257,7 @@ bool frmMain::OpenCon()
         endProcess(1);
         return false;
     }
+    finishPendingMoves();
     return true;
 }
 

@@ -222,6 +222,9 @@ bool frmMain::clickControl(const QString& name)
         {"mnuDailySummary", false, &frmMain::mnuDailySummary_Click},
         {"cmdTzefi", false, &frmMain::cmdTzefi_Click},
         {"cmdSubtractFromTzefi", false, &frmMain::cmdSubtractFromTzefi_Click},
+        {"cmdMove", false, &frmMain::cmdMove_Click},
+        {"mnuMoveDates", false, &frmMain::mnuMoveDates_Click},
+        {"mnuInvoiceKinds", false, &frmMain::mnuInvoiceKinds_Click},
     };
     // The period reports: one handler, by the period the control names.
     if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {

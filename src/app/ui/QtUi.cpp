@@ -10,6 +10,8 @@
 #include "app/ui/frmConstantTransactionsView.h"
 #include "app/ui/frmSubtractFromTzefiView.h"
 #include "app/ui/frmTzefiView.h"
+#include "app/reports/frmInvoiceKindsView.h"
+#include "app/transfer/frmMoveOrCopyView.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -302,6 +304,10 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmTzefiView, frmTzefi>(d, parent_, owner());
     else if (name == QLatin1String("frmSubtractFromTzefi"))
         shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_, owner());
+    else if (name == QLatin1String("frmMoveOrCopy"))
+        shown = show<frmMoveOrCopyView, transfer::frmMoveOrCopy>(d, parent_, owner());
+    else if (name == QLatin1String("frmInvoiceKinds"))
+        shown = show<frmInvoiceKindsView, reports::frmInvoiceKinds>(d, parent_, owner());
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())
