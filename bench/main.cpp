@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|feed|web|charts|reports]
+//                [--only store|bare|open|edit|delete|move|feed|web|charts|reports]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -57,6 +57,8 @@
 #include "frame/frmMain.h"
 #include "seams/store/Connection.h"
 #include "seams/ui/ScriptedUi.h"
+#include "seams/grid/GridModel.h"
+#include "transfer/MoveOrCopy.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -468,6 +470,112 @@ private:
     long expected_ = 0;
 };
 
+// The move figure: 1,000 lines of a working run sent by moveOrCopyRows to
+// another ledger of the same size (the run's own reload of the source
+// included), against the bare SQLite insert of those rows into the target
+// and their delete from the source, each one transaction, then the bare
+// read of the source the reload stands for. Both sides start from fresh
+// copies of the same two files.
+class MoveSides {
+public:
+    explicit MoveSides(const QString& path) : path_(path)
+    {
+        source_ = dir_.filePath(QStringLiteral("move-source.pkr"));
+        target_ = dir_.filePath(QStringLiteral("move-target.pkr"));
+    }
+
+    double mine()
+    {
+        fresh();
+        WorkingRun run(source_);
+        frmMain& m = run.logic();
+        grid::GridModel& g = m.mainGrid().msfgMain;
+        // The last thousand lines: past both files' zeroing dates.
+        g.setRow(g.Rows() - count);
+        g.setRowSel(g.Rows() - 1);
+        transfer::MoveParts parts{m.ledger(), m.instance(), g, m.ui()};
+        parts.reload = [&m] { m.cmdRefresh_Click(); };
+        QElapsedTimer t;
+        t.start();
+        const transfer::MoveReport r = transfer::moveOrCopyRows(parts, target_, true);
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        moved_ = r.deleted;
+        if (r.written != count || m.ledger().lines.size() != size_t(expected_ - r.deleted))
+            std::fprintf(stderr, "move: %d written, %d deleted, %zu lines after\n", r.written, r.deleted,
+                         m.ledger().lines.size());
+        return ms;
+    }
+
+    double bare()
+    {
+        fresh();
+        std::vector<BareRow> rows;
+        bareRead(source_, expected_, &rows);
+        const size_t from = rows.size() - count;
+        QElapsedTimer t;
+        t.start();
+        sqlite3* src = nullptr;
+        sqlite3* dst = nullptr;
+        sqlite3_open_v2(source_.toUtf8().constData(), &src, SQLITE_OPEN_READWRITE, nullptr);
+        sqlite3_open_v2(target_.toUtf8().constData(), &dst, SQLITE_OPEN_READWRITE, nullptr);
+        sqlite3_exec(dst, "BEGIN", nullptr, nullptr, nullptr);
+        sqlite3_stmt* ins = nullptr;
+        sqlite3_prepare_v2(dst, "INSERT INTO pelkor (kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) "
+                                "VALUES (?,?,?,?,?,?,?,' ',?)", -1, &ins, nullptr);
+        std::string ids;
+        for (size_t i = from; i < rows.size(); ++i) {
+            const BareRow& r = rows[i];
+            sqlite3_bind_text(ins, 1, r.kind.c_str(), -1, SQLITE_STATIC);
+            sqlite3_bind_text(ins, 2, r.date.c_str(), -1, SQLITE_STATIC);
+            sqlite3_bind_text(ins, 3, r.confirm.c_str(), -1, SQLITE_STATIC);
+            sqlite3_bind_text(ins, 4, r.detail.c_str(), -1, SQLITE_STATIC);
+            sqlite3_bind_double(ins, 5, r.in);
+            sqlite3_bind_double(ins, 6, r.out);
+            sqlite3_bind_int64(ins, 7, r.type);
+            sqlite3_bind_text(ins, 8, r.memo.c_str(), -1, SQLITE_STATIC);
+            sqlite3_step(ins);
+            sqlite3_reset(ins);
+            ids += (ids.empty() ? "" : ",") + std::to_string(r.id);
+        }
+        sqlite3_finalize(ins);
+        sqlite3_exec(dst, "COMMIT", nullptr, nullptr, nullptr);
+        const std::string del = "BEGIN; DELETE FROM pelkor WHERE id IN (" + ids + "); COMMIT;";
+        sqlite3_exec(src, del.c_str(), nullptr, nullptr, nullptr);
+        sqlite3_close(dst);
+        sqlite3_close(src);
+        bareRead(source_, expected_ - count);
+        return double(t.nsecsElapsed()) / 1e6;
+    }
+
+    void setExpected(long n) { expected_ = n; }
+    static constexpr int count = 1000;
+
+private:
+    void fresh()
+    {
+        for (const QString& f : {source_, target_}) {
+            QFile::remove(f);
+            QFile::remove(f + QStringLiteral("-wal"));
+            QFile::remove(f + QStringLiteral("-shm"));
+            QFile::copy(path_, f);
+            // The zeroing line 1,200 lines from the end in both files, so
+            // the last thousand are all past it and every one moves.
+            sqlite3* db = nullptr;
+            sqlite3_open_v2(f.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+            const std::string mark = "BEGIN; UPDATE pelkor SET zee=' ' WHERE zee='ZZZZZZZZZZ';"
+                                     " UPDATE pelkor SET zee='ZZZZZZZZZZ' WHERE id = (SELECT id FROM pelkor"
+                                     " ORDER BY date DESC, id DESC LIMIT 1 OFFSET 1200); COMMIT;";
+            sqlite3_exec(db, mark.c_str(), nullptr, nullptr, nullptr);
+            sqlite3_close(db);
+        }
+    }
+    QString path_;
+    QTemporaryDir dir_;
+    QString source_, target_;
+    long expected_ = 0;
+    int moved_ = 0;
+};
+
 int runsFor(long n)
 {
     return int(std::clamp(3000000L / std::max(n, 1L), 5L, 50L));
@@ -559,6 +667,14 @@ int main(int argc, char** argv)
             const auto [delMs, bareDelMs] = bestOf(count, [&] { return deletes.mine(); }, [&] { return deletes.bare(); });
             printFigure(QStringLiteral("delete 1000 of %1 ms").arg(n), delMs, bareDelMs, "1.50");
             continue;
+        }
+        if ((only.isEmpty() && n == 100000) || only == QLatin1String("move")) {
+            MoveSides moves(path);
+            moves.setExpected(n);
+            const auto [moveMs, bareMoveMs] = bestOf(5, [&] { return moves.mine(); }, [&] { return moves.bare(); });
+            printFigure(QStringLiteral("move 1000 of %1 ms").arg(n), moveMs, bareMoveMs, "2.00");
+            if (!only.isEmpty())
+                continue;
         }
         if (only == QLatin1String("edit")) {
             if (!editFigures(path, n, editCount))

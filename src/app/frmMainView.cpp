@@ -131,6 +131,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     cmdGoToIpusLine_ = ledgerButton(QStringLiteral("cmdGoToIpusLine"), &frmMain::cmdGoToIpusLine_Click);
     cmdTzefi_ = ledgerButton(QStringLiteral("cmdTzefi"), &frmMain::cmdTzefi_Click);
     cmdSubtractFromTzefi_ = ledgerButton(QStringLiteral("cmdSubtractFromTzefi"), &frmMain::cmdSubtractFromTzefi_Click);
+    cmdMove_ = ledgerButton(QStringLiteral("cmdMove"), &frmMain::cmdMove_Click);
     // The pick page names the grid's font.
     m_.tzefi().gridFontName = table_->font().family();
     auto* buttons = new QHBoxLayout();
@@ -141,6 +142,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     buttons->addWidget(cmdDelAll_);
     buttons->addWidget(cmdTzefi_);
     buttons->addWidget(cmdSubtractFromTzefi_);
+    buttons->addWidget(cmdMove_);
     cmdMonthReport_ = named(new QPushButton(controlCaption(QStringLiteral("cmdMonthReport")), central), QStringLiteral("cmdMonthReport"));
     cmdMonthReport_->setFocusPolicy(Qt::NoFocus);
     connect(cmdMonthReport_, &QPushButton::clicked, this, [this] {
@@ -237,6 +239,17 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("mnuAddConstantTransactions_Click"), [this] { m_.mnuAddConstantTransactions_Click(); });
         table_->setFocus();
     });
+    // Moving dates and invoice kinds: entries whose work is the frame's.
+    const auto frameAction = [this](QMenu* menu, const QString& name) {
+        QAction* a = menu->addAction(controlCaption(name));
+        a->setObjectName(name);
+        connect(a, &QAction::triggered, this, [this, name] {
+            m_.clickControl(name);
+            table_->setFocus();
+        });
+        return a;
+    };
+    mnuMoveDates_ = frameAction(mnuActions_, QStringLiteral("mnuMoveDates"));
     mnuReports_ = menuBar()->addMenu(QStringLiteral("דוחות"));
     mnuReports_->setObjectName(QStringLiteral("mnuReports"));
     mnuDailySummary_ = mnuReports_->addAction(QStringLiteral("סיכום יומי"));
@@ -269,6 +282,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     connect(mnuResetBankData_, &QAction::triggered, this, [this] {
         m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { m_.mnuResetBankData_Click(); });
     });
+    mnuInvoiceKinds_ = frameAction(mnuDefs_, QStringLiteral("mnuInvoiceKinds"));
 
     connect(&m_, &frmMain::changed, this, &frmMainView::mirror);
     connect(&m_, &frmMain::loaded, this, &frmMainView::reload);
@@ -329,6 +343,10 @@ void frmMainView::showControls()
     mnuAddNewLine_->setVisible(s.mnuAddNewLine);
     mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);
     mnuAddConstantTransactions_->setVisible(s.mnuAddConstantTransactions);
+    mnuMoveDates_->setVisible(s.mnuMoveDates && m_.shown().mnuMoveDatesVisible);
+    mnuInvoiceKinds_->setVisible(s.mnuInvoiceKinds);
+    cmdMove_->setVisible(s.cmdMove);
+    cmdMove_->setEnabled(m_.instance().progMode != modeDailySummarySplit);
     mnuActions_->menuAction()->setVisible(s.mnuActions);
     // The summary is one of the reports; beside it they wait.
     mnuReports_->menuAction()->setVisible(s.mnuReports);

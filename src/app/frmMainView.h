@@ -85,6 +85,8 @@ private:
     QAction* mnuAddLineToFile_ = nullptr;
     QPushButton* cmdAdd_ = nullptr;
     QAction* mnuAddConstantTransactions_ = nullptr;
+    QAction* mnuMoveDates_ = nullptr;
+    QAction* mnuInvoiceKinds_ = nullptr;
     QMenu* mnuReports_ = nullptr;
     QAction* mnuDailySummary_ = nullptr;
     QList<QAction*> reportActions_;        // the three period reports
@@ -100,6 +102,7 @@ private:
     QPushButton* cmdGoToIpusLine_ = nullptr;
     QPushButton* cmdTzefi_ = nullptr;
     QPushButton* cmdSubtractFromTzefi_ = nullptr;
+    QPushButton* cmdMove_ = nullptr;
     QPushButton* cmdOK_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
     int shownMode_ = -1;       // the mode the controls were last set for

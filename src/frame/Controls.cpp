@@ -51,6 +51,10 @@ ShownControls shownControls(const Instance& m)
     s.mnuAddLineToFile = s.mnuActions && !m.isMerged;
     s.mnuAddConstantTransactions = s.mnuActions && !m.isMerged;
     s.mnuPerformBankCoordination = s.cmdBankCoordination = !m.isMerged;
+    s.cmdMove = !m.isMerged;
+    // Shown only where the file says so (Shown), never while split for a reconciliation.
+    s.mnuMoveDates = s.mnuActions && !m.isMerged && mode != modeSplitScreen;
+    s.mnuInvoiceKinds = s.mnuDefs && !m.isMerged;
     s.mnuOpenMonthKindReport = s.mnuOpenWeekKindReport = s.mnuOpenDayKindReport = s.mnuReports;
     s.cmdMonthReport = s.cmdReport;
     return s;
@@ -77,6 +81,9 @@ QString controlCaption(const QString& name)
         {"mnuOpenWeekKindReport", "דוח שבועי לפי סיווגים וסוגים"},
         {"mnuOpenDayKindReport", "דוח יומי לפי סיווגים וסוגים"},
         {"cmdMonthReport", "דוח חודשי"},
+        {"cmdMove", "העבר/העתק"},
+        {"mnuMoveDates", "הזזת תאריכים..."},
+        {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -37,6 +37,8 @@ struct ShownControls {
     bool mnuAddNewLine = false;            // under mnuActions
     bool mnuAddLineToFile = false;         // under mnuActions
     bool mnuAddConstantTransactions = false;  // under mnuActions
+    bool mnuMoveDates = false;             // under mnuActions; shown on the demonstration file alone
+    bool mnuInvoiceKinds = false;          // under mnuDefs
     bool mnuOpenMonthKindReport = false;   // under mnuReports, the three period reports
     bool mnuOpenWeekKindReport = false;
     bool mnuOpenDayKindReport = false;
@@ -54,6 +56,7 @@ struct ShownControls {
     bool cmdMonthReport = false;           // the monthly report by kind and type
     bool cmdTzefi = false;
     bool cmdSubtractFromTzefi = false;
+    bool cmdMove = false;                  // the selected lines to another file
     bool cmdBankCoordination = false;
     // Timer4: a child's window is small (225 pixels high) and centred,
     // with the focus in the grid.

@@ -271,6 +271,7 @@ bool frmMain::OpenCon()
         endProcess(1);
         return false;
     }
+    finishPendingMoves();
     return true;
 }
 

@@ -239,6 +239,17 @@ public:
     // A report window closed: the main window enabled and refreshed, or the run ended.
     void periodReportClosed();
 
+    // ---- moving lines and dates, invoice kinds (frmMainTransfer.cpp) ----
+    // cmdMove: frmMoveOrCopy over the grid's selection, then the grid's focus.
+    void cmdMove_Click();
+    // mnuMoveDates: the demonstration file and its feed moved by months.
+    void mnuMoveDates_Click();
+    // mnuInvoiceKinds: frmInvoiceKinds; a changed list is written to the file.
+    void mnuInvoiceKinds_Click();
+    // Finishes or undoes a move of lines a killed process left in this
+    // file (the note it keeps), before the file is read.
+    void finishPendingMoves();
+
     // WindowCalls.
     void shownChanged() override { emit changed(); }
     void linesLoaded() override;

@@ -231,6 +231,9 @@ bool frmMain::clickControl(const QString& name)
         {"cmdSetTargetDate", false, &frmMain::cmdSetTargetDate_Click},
         {"cmdGoToAutomaticCoordination", false, &frmMain::cmdGoToAutomaticCoordination_Click},
         {"mnuAutomaticBankCoordination", false, &frmMain::mnuAutomaticBankCoordination_Click},
+        {"cmdMove", false, &frmMain::cmdMove_Click},
+        {"mnuMoveDates", false, &frmMain::mnuMoveDates_Click},
+        {"mnuInvoiceKinds", false, &frmMain::mnuInvoiceKinds_Click},
     };
     // The period reports: one handler, by the period the control names.
     if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {

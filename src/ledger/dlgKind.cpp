@@ -5,8 +5,8 @@
 
 namespace pelkor {
 
-dlgKind::dlgKind(const Catalogue& c, const QString& cellKind)
-    : Dialog(QStringLiteral("בחר סיווג"), QString())
+dlgKind::dlgKind(const Catalogue& c, const QString& cellKind, const QString& text)
+    : Dialog(QStringLiteral("בחר סיווג"), text)
 {
     QStringList rows[2];   // 0: expense, 1: income
     for (int i = 0; i < int(c.categories.size()); ++i) {

@@ -16,7 +16,8 @@ struct Catalogue;
 
 class dlgKind : public ui::Dialog {
 public:
-    dlgKind(const Catalogue& catalogue, const QString& cellKind);
+    // text: a line above the lists (empty: none).
+    dlgKind(const Catalogue& catalogue, const QString& cellKind, const QString& text = {});
 
     QString name() const override { return QStringLiteral("dlgKind"); }
 

@@ -11,6 +11,8 @@
 #include "app/ui/frmConstantTransactionsView.h"
 #include "app/ui/frmSubtractFromTzefiView.h"
 #include "app/ui/frmTzefiView.h"
+#include "app/reports/frmInvoiceKindsView.h"
+#include "app/transfer/frmMoveOrCopyView.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -307,6 +309,10 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmSelectAccountView, reconcile::frmSelectAccount>(d, parent_, owner());
     else if (name == QLatin1String("frmSetTargetDate"))
         shown = show<frmSetTargetDateView, reconcile::frmSetTargetDate>(d, parent_, owner());
+    else if (name == QLatin1String("frmMoveOrCopy"))
+        shown = show<frmMoveOrCopyView, transfer::frmMoveOrCopy>(d, parent_, owner());
+    else if (name == QLatin1String("frmInvoiceKinds"))
+        shown = show<frmInvoiceKindsView, reports::frmInvoiceKinds>(d, parent_, owner());
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())

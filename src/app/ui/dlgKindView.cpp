@@ -12,7 +12,14 @@ dlgKindView::dlgKindView(dlgKind& logic, QWidget* parent) : QDialog(parent), log
     setLayoutDirection(Qt::RightToLeft);
     setWindowTitle(logic.caption());
     setObjectName(QStringLiteral("dlgKind"));
-    auto* lists = new QHBoxLayout(this);
+    auto* outer = new QVBoxLayout(this);
+    if (!logic.text().isEmpty()) {
+        auto* text = new QLabel(logic.text(), this);
+        text->setWordWrap(true);
+        outer->addWidget(text);
+    }
+    auto* lists = new QHBoxLayout;
+    outer->addLayout(lists);
     QListWidget* focused = nullptr;
     // Income on the right, where a Hebrew reader starts.
     for (const QString name : {QStringLiteral("lstKind1"), QStringLiteral("lstKind0")}) {

@@ -250,6 +250,11 @@ void QtWebView::setValue(const QString& id, const QString& value, int index)
     evaluate(QStringLiteral("(function(e){ if (e) e.value = %2; })(%1)").arg(element(id, index), jsString(value)));
 }
 
+bool QtWebView::checked(const QString& id, int index)
+{
+    return evaluate(QStringLiteral("(function(e){ return !!(e && e.checked); })(%1)").arg(element(id, index))).toBool();
+}
+
 QString QtWebView::text(const QString& id, int index)
 {
     return evaluate(QStringLiteral("(function(e){ return e ? e.innerText : ''; })(%1)").arg(element(id, index))).toString();

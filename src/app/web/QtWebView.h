@@ -51,6 +51,7 @@ public:
     QString display(const QString& id, int index = 0) override;
     void setDisplay(const QString& id, const QString& display, int index = 0) override;
     void click(const QString& id, int index = 0) override;
+    bool checked(const QString& id, int index = 0) override;
     int scrollTop(const QString& id = {}) override;
     void setScrollTop(int top, const QString& id = {}) override;
     void execScript(const QString& script) override;

@@ -302,9 +302,21 @@ void ScriptedWebView::setDisplay(const QString& id, const QString& display, int 
         e->display = display;
 }
 
+bool ScriptedWebView::checked(const QString& id, int index)
+{
+    const Element* e = find(id, index);
+    return e && e->attributes.contains(QStringLiteral("checked"));
+}
+
 void ScriptedWebView::click(const QString& id, int index)
 {
-    if (!find(id, index) || id != QLatin1String("notifier") || !forward_.isSet())
+    Element* e = find(id, index);
+    if (e && e->tag == QLatin1String("input") && e->attributes.value(QStringLiteral("type")) == QLatin1String("checkbox")) {
+        if (!e->attributes.remove(QStringLiteral("checked")))
+            e->attributes.insert(QStringLiteral("checked"), QString());
+        return;
+    }
+    if (!e || id != QLatin1String("notifier") || !forward_.isSet())
         return;
     ++notifications_;
     forward_();

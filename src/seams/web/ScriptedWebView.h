@@ -51,7 +51,10 @@ public:
     void setInnerHtml(const QString& id, const QString& html, int index = 0) override;
     QString display(const QString& id, int index = 0) override;
     void setDisplay(const QString& id, const QString& display, int index = 0) override;
+    // A click on a check box ticks or unticks it; on notifier, it reaches
+    // the attached handler.
     void click(const QString& id, int index = 0) override;
+    bool checked(const QString& id, int index = 0) override;
     int scrollTop(const QString& id = {}) override;
     void setScrollTop(int top, const QString& id = {}) override;
     void execScript(const QString& script) override { scriptsRun_ << script; }

@@ -80,6 +80,8 @@ public:
     virtual QString display(const QString& id, int index = 0) = 0;
     virtual void setDisplay(const QString& id, const QString& display, int index = 0) = 0;
     virtual void click(const QString& id, int index = 0) = 0;
+    // Whether a check box of the page is ticked (false for anything else).
+    virtual bool checked(const QString& id, int index = 0) = 0;
     // scrollTop of the element, or of the page when id is empty.
     virtual int scrollTop(const QString& id = {}) = 0;
     virtual void setScrollTop(int top, const QString& id = {}) = 0;

@@ -1,0 +1,92 @@
+// frmMain: moving or copying lines to another file, moving the dates of
+// the demonstration file, and the invoice kinds. The work is the transfer
+// and reports rooms'; the window lends its parts and the kind dialog, and
+// reloads afterwards.
+#include "frame/frmMain.h"
+
+#include "base/Format.h"
+#include "base/Titles.h"
+#include "file/Display.h"
+#include "ledger/dlgKind.h"
+#include "reports/frmInvoiceKinds.h"
+#include "seams/ui/Ui.h"
+#include "transfer/MoveDates.h"
+#include "transfer/MoveJournal.h"
+#include "transfer/MoveOrCopy.h"
+#include "transfer/frmMoveOrCopy.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace pelkor {
+
+void frmMain::cmdMove_Click()
+{
+    TraceScope t(trace_, QStringLiteral("cmdMove_Click"));
+    if (ledger_.lines.empty() || !ledger_.isCnOpen)
+        return;
+    transfer::MoveParts parts{ledger_, instance_, grid_.msfgMain, ui_};
+    parts.isConfirmedRow = [this](int row) { return grid_.msfgMain.text(row, colMark) == QLatin1String("v"); };
+    parts.kindDialog = [this](const Catalogue& dest, const QString& text) {
+        dlgKind dlg(dest, QString(), text);
+        ui_.runDialog(dlg);
+        return dlg.choice();
+    };
+    parts.commitCell = [this] { editor_.msfgMainLeaveCell(); };
+    parts.enterCell = [this] { msfgMain_EnterCell(); };
+    parts.reload = [this] { cmdRefresh_Click(); };
+    parts.hasNewLine = edit_.isThereNewLine;
+    transfer::frmMoveOrCopy dlg(ui_, ledger_.filePath, readParameter(QStringLiteral("directory")),
+                                [&parts](const QString& dest, bool isMove) {
+                                    transfer::moveOrCopyRows(parts, dest, isMove);
+                                });
+    ui_.runDialog(dlg);
+    emit changed();
+}
+
+void frmMain::mnuMoveDates_Click()
+{
+    TraceScope t(trace_, QStringLiteral("mnuMoveDates_Click"));
+    if (!ledger_.isCnOpen)
+        return;
+    transfer::MoveDatesParts parts{ledger_, ui_, QDir(env_.paths.programDir).filePath(QStringLiteral("demo.mdb")),
+                                   [this] { cmdRefresh_Click(); }, [this] { return edit_.isThereNewLine; }};
+    transfer::mnuMoveDates_Click(parts);
+}
+
+void frmMain::mnuInvoiceKinds_Click()
+{
+    TraceScope t(trace_, QStringLiteral("mnuInvoiceKinds_Click"));
+    if (!ledger_.isCnOpen)
+        return;
+    const QString before = ledger_.theInvoiceCategs;
+    reports::frmInvoiceKinds dlg(ledger_.catalogue, before, instance_.tempPath);
+    if (!dlg.Form_Load())
+        return;
+    ui_.runDialog(dlg);
+    if (!dlg.accepted() || dlg.invoiceCategs() == before)
+        return;
+    ledger_.theInvoiceCategs = dlg.invoiceCategs();
+    ledger_.sql.executeSQL(QStringLiteral("mnuInvoiceKinds_Click"),
+                           QStringLiteral("UPDATE invoiceCategs SET detail='%1'").arg(fixString(ledger_.theInvoiceCategs)));
+}
+
+void frmMain::finishPendingMoves()
+{
+    try {
+        const transfer::PendingMoves done = transfer::finishPendingMoves(ledger_.cn, ledger_.linesTable);
+        if (done.finished + done.undone > 0)
+            trace_.traceLine(QStringLiteral("finishPendingMoves"),
+                             QStringLiteral("finished %1, undone %2").arg(done.finished).arg(done.undone));
+        for (const QString& dest : done.problems)
+            ui_.msgBox(QStringLiteral("העברת שורות לקובץ \"%1\" נקטעה ולא ניתן לפתוח אותו כדי להשלים אותה. "
+                                      "היא תושלם בפתיחה הבאה של קובץ זה, כשקובץ היעד יהיה זמין.")
+                           .arg(isolated(QFileInfo(dest).fileName())),
+                       pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+    } catch (const store::StoreError& e) {
+        // The file is read as it stands; the note waits for the next open.
+        trace_.traceLine(QStringLiteral("finishPendingMoves"), e.message());
+    }
+}
+
+} // namespace pelkor
