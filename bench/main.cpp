@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|move|feed|web|charts|reports]
+//                [--only store|bare|open|edit|delete|move|feed|bank|web|charts|reports]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -584,6 +584,7 @@ int runsFor(long n)
 } // namespace
 
 int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
+int bankFigure(const QString& dataDir, int runs);  // BankBench.cpp
 #ifdef PELKOR_BENCH_WEB
 int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
 void webFigure(const QString& program, int runs);
@@ -646,6 +647,11 @@ int main(int argc, char** argv)
         const int feedCode = feedFigure(dataDir, runs);
         if (!only.isEmpty())
             return feedCode;
+    }
+    if (only.isEmpty() || only == QLatin1String("bank")) {
+        const int bankCode = bankFigure(dataDir, runs);
+        if (!only.isEmpty())
+            return bankCode;
     }
     for (long n : sizes) {
         const QString path = QStringLiteral("%1/ledger-%2.pkr").arg(dataDir).arg(n);

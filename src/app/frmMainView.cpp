@@ -159,7 +159,13 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     buttons->addStretch(1);
     buttons->addWidget(cmdOK_);
     buttons->addWidget(cmdCancel_);
-    col->addLayout(buttons);
+    // The buttons never hold the window wide: a narrow window keeps those
+    // that fit, from the right, and the grid scrolls sideways instead.
+    auto* buttonBar = new QWidget(central);
+    buttonBar->setLayout(buttons);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    buttonBar->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    col->addWidget(buttonBar);
     connect(cmdOK_, &QPushButton::clicked, this, [this] { m_.clickControl(QStringLiteral("cmdOK")); });
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { m_.clickControl(QStringLiteral("cmdCancel")); });
     connect(refresh, &QPushButton::clicked, this, [this] {

@@ -64,16 +64,25 @@ private:
             throw StoreError(StoreError::Kind::Statement,
                              QStringLiteral("בקובץ נתוני הבנק אין טבלה %1").arg(table));
 
+        // The feed's accounts, read only where a binding is to be chosen:
+        // a bound file with rows of its account needs no list.
         QStringList accounts;
-        auto rs = cnNew.execute(QStringLiteral("SELECT DISTINCT accountNum FROM ") + table);
-        // Accounts that differ only in blanks around them are one account.
-        for (; !rs.eof(); rs.moveNext()) {
-            const QString a = RemoveNull(rs.field(0)).trimmed();
-            if (!accounts.contains(a))
-                accounts << a;
-        }
+        bool accountsRead = false;
+        const auto readAccounts = [&] {
+            if (accountsRead)
+                return;
+            accountsRead = true;
+            auto rs = cnNew.execute(QStringLiteral("SELECT DISTINCT accountNum FROM ") + table);
+            // Accounts that differ only in blanks around them are one account.
+            for (; !rs.eof(); rs.moveNext()) {
+                const QString a = RemoveNull(rs.field(0)).trimmed();
+                if (!accounts.contains(a))
+                    accounts << a;
+            }
+        };
 
         if (led_.accountNum.trimmed() == none) {
+            readAccounts();
             if (!bindFirstTime(accounts))
                 return ending();
         } else {
@@ -81,10 +90,12 @@ private:
         }
 
         auto rows = cnNew.execute(accountRowsQuery(led_.iBank, led_.isSimulate, fixString(led_.accountNum)));
-        t_.line(QStringLiteral("rows in the feed: %1")
-                    .arg(cnNew.execute(QStringLiteral("SELECT COUNT(*) FROM ") + table).field(0).toString()));
+        if (!led_.trace.noTrace())
+            t_.line(QStringLiteral("rows in the feed: %1")
+                        .arg(cnNew.execute(QStringLiteral("SELECT COUNT(*) FROM ") + table).field(0).toString()));
         if (rows.recordCount() > 0)
             return rows;
+        readAccounts();
 
         if (accounts.isEmpty()) {
             p_.ui.msgBox(QStringLiteral("לא נמצאו חשבונות"), pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
