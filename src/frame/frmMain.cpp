@@ -65,6 +65,8 @@ frmMain::frmMain(Environment e, QObject* parent)
     noBankPage_ = std::make_unique<web::ScriptedWebView>();
     session_ = std::make_unique<reconcile::Session>(sessionParts());
     session_->shownChanged = [this] { emit changed(); };
+    finder_.setOtherGrid({&session_->bank.msfgBank, [this] { return session_->bank.iBankRowAboveRed; },
+                          [this] { session_->links.followCursor(true); }});
     // Another process's write is noticed within a second. A tick that
     // comes while a handler waits (a question, a dialog) waits too.
     watchFile_.setInterval(500);
@@ -423,8 +425,10 @@ void frmMain::msfgMain_EnterCell()
     editor_.msfgMain_EnterCell();
     if (instance_.progMode == modeDailySummarySplit)
         daily_.matchBankRowToMainRow();
-    else if (session_->pairing())
+    else if (session_->pairing()) {
         session_->links.followCursor(false);
+        endPartnerSearchAway(grid_.msfgMain, true);
+    }
 }
 
 void frmMain::linesLoaded()

@@ -201,6 +201,14 @@ public:
     void msfgMainMarkClicked();
     void msfgBankMarkClicked();
     void msfgBank_EnterCell();
+    // The search for a partner: the current cell's text in the other grid,
+    // in the same column, below its red line, skipping paired rows; then
+    // the next and the previous hit.
+    void cmdSpecialFind_Click();
+    void cmdNext_Click();
+    void cmdPrev_Click();
+    // Which grid has the cursor, as the view saw the focus go.
+    void setBankGridActive(bool active) { bankGridActive_ = active; }
     // The page the bank menu shows in beside the grid (wbMain); until a
     // view gives one, a page host without a window serves.
     void setBankPage(web::WebView* page) { bankPage_ = page; }
@@ -298,6 +306,8 @@ private:
     }
     charts::DailySummaryParts dailyParts();
     reconcile::SessionParts sessionParts();
+    // A partner search ends once the cursor of its grid leaves the hit.
+    void endPartnerSearchAway(const grid::GridModel& g, bool isMain);
     // A new-line child of the reconciliation answered (types 0 to 2).
     bool coordinationDialogAnswered(bool ok);
     // In the daily summary of a run not started for it: back to the full
@@ -331,6 +341,7 @@ private:
                  }};
     charts::DailySummary daily_{dailyParts()};
     web::WebView* bankPage_ = nullptr;
+    bool bankGridActive_ = false;
     std::unique_ptr<web::WebView> noBankPage_;
     std::unique_ptr<reconcile::Session> session_;
 

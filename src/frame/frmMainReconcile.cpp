@@ -4,6 +4,7 @@
 
 #include "base/Instances.h"
 #include "file/Loader.h"
+#include "file/Display.h"
 #include "ledger/Zeroing.h"
 #include "seams/web/ScriptedWebView.h"
 
@@ -106,8 +107,62 @@ void frmMain::msfgBankMarkClicked()
 
 void frmMain::msfgBank_EnterCell()
 {
-    if (session_->pairing())
-        session_->links.followCursor(true);
+    if (!session_->pairing())
+        return;
+    session_->links.followCursor(true);
+    endPartnerSearchAway(session_->bank.msfgBank, false);
+}
+
+void frmMain::endPartnerSearchAway(const grid::GridModel& g, bool isMain)
+{
+    // The search ends when the cursor leaves its hit.
+    if (!session_->shown.cmdNext || find_.findInMainGrid != isMain)
+        return;
+    if (g.Row() != find_.findRow || g.Col() != find_.findCol) {
+        session_->shown.cmdNext = false;
+        emit changed();
+    }
+}
+
+void frmMain::cmdSpecialFind_Click()
+{
+    if (!session_->pairing())
+        return;
+    if (session_->shown.cmdNext) {
+        cmdNext_Click();
+        return;
+    }
+    const grid::GridModel& from = bankGridActive_ ? session_->bank.msfgBank : grid_.msfgMain;
+    const int col = from.Col(), row = from.Row();
+    if (col < colKind || col > colType || row < 1)
+        return;
+    const QString text = from.text(row, col).trimmed();
+    if (text.isEmpty())
+        return;
+    find_.findInMainGrid = bankGridActive_;
+    find_.findCol = col;
+    find_.findText = text;
+    find_.onlyBelowRed = true;
+    find_.hasWrapped = false;
+    find_.findRow = bankGridActive_ ? ledger_.iRowAboveRed : session_->bank.iBankRowAboveRed;
+    session_->shown.cmdNext = finder_.doFind(true, false) == Finder::Outcome::Hit;
+    emit changed();
+}
+
+void frmMain::cmdNext_Click()
+{
+    if (!session_->shown.cmdNext)
+        return;
+    finder_.doFind(true, false);
+    emit changed();
+}
+
+void frmMain::cmdPrev_Click()
+{
+    if (!session_->shown.cmdNext)
+        return;
+    finder_.doFind(false, false);
+    emit changed();
 }
 
 bool frmMain::coordinationDialogAnswered(bool ok)

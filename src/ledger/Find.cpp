@@ -51,9 +51,14 @@ bool Finder::isFindMatch(const QString& cell, const QString& sought)
     return plain.contains(sought, Qt::CaseInsensitive) || signToFront(plain).contains(sought, Qt::CaseInsensitive);
 }
 
+grid::GridModel& Finder::searched()
+{
+    return !s_.findInMainGrid && other_.model ? *other_.model : p_.grid.msfgMain;
+}
+
 void Finder::reportNotFound(bool isTextFind, const QString& text)
 {
-    const grid::GridModel& g = p_.grid.msfgMain;
+    const grid::GridModel& g = searched();
     const QString header = g.text(0, s_.findCol);
     const QString msg = (isTextFind ? QStringLiteral("לא נמצא הטקסט ") : QStringLiteral("לא נמצאה התאמה ל- "))
         + QLatin1Char('"') + isolated(text) + QLatin1Char('"') + QStringLiteral(" בטור ה") + header + QStringLiteral(" ב")
@@ -63,11 +68,12 @@ void Finder::reportNotFound(bool isTextFind, const QString& text)
 
 Finder::Outcome Finder::doFind(bool forward, bool isTextFind)
 {
-    grid::GridModel& g = p_.grid.msfgMain;
+    grid::GridModel& g = searched();
+    const bool inMain = &g == &p_.grid.msfgMain;
     const int lastRow = g.Rows() - 1;
     if (lastRow < 1 || s_.findCol < colKind)
         return Outcome::NotFound;
-    const int redRow = p_.ledger.iRowAboveRed;
+    const int redRow = inMain ? p_.ledger.iRowAboveRed : (other_.rowAboveRed ? other_.rowAboveRed() : 0);
     const int firstRow = s_.onlyBelowRed && redRow >= 1 ? std::min(redRow + 1, lastRow) : 1;
     s_.findRow += forward ? 1 : -1;
     if (forward && s_.findRow < firstRow)
@@ -111,14 +117,18 @@ Finder::Outcome Finder::doFind(bool forward, bool isTextFind)
     // A hit: the cell left is committed, the cursor goes to the hit, and the
     // hit shows with a few rows above it.
     s_.hasWrapped = false;
-    editor_.msfgMainLeaveCell();
+    if (inMain)
+        editor_.msfgMainLeaveCell();
     g.setRow(s_.findRow);
     g.setCol(s_.findCol);
     const int above = std::max(1, s_.findRow - 1), below = std::min(lastRow, s_.findRow + 1);
     const int page = std::max(1, g.visibleRows());
     if (s_.findRow < g.TopRow() || below >= g.TopRow() + page || above < g.TopRow())
         g.setTopRow(std::clamp(s_.findRow - 5, 1, lastRow));
-    editor_.msfgMain_EnterCell();
+    if (inMain)
+        editor_.msfgMain_EnterCell();
+    else if (other_.entered)
+        other_.entered();
     return Outcome::Hit;
 }
 

@@ -16,6 +16,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace pelkor {
 
 struct FindState {
@@ -41,14 +43,26 @@ public:
     Outcome doFind(bool forward, bool isTextFind);
 
     static bool isFindMatch(const QString& cell, const QString& sought);
+
+    // The other grid a reconciliation's search may look in (findInMainGrid
+    // false): its model, the row above its red line, and what a hit there
+    // does besides moving its cursor. Null: none.
+    struct OtherGrid {
+        grid::GridModel* model = nullptr;
+        std::function<int()> rowAboveRed;
+        std::function<void()> entered;
+    };
+    void setOtherGrid(OtherGrid other) { other_ = std::move(other); }
     static QString signToFront(const QString& s);
 
 private:
     void reportNotFound(bool isTextFind, const QString& text);
 
+    grid::GridModel& searched();
     EditParts p_;
     LedgerEditor& editor_;
     FindState& s_;
+    OtherGrid other_;
 };
 
 } // namespace pelkor

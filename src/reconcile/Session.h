@@ -61,6 +61,7 @@ struct SessionShown {
     bool chkShowCoordinatedRowsValue = true;
     bool cmdSetTargetDate = false;
     bool cmdSpecialFind = false;
+    bool cmdNext = false;                 // cmdNext and cmdPrev: a partner search has a hit
     bool mnuFindMatches = false;
     bool cmdGoToAutomaticCoordination = false;  // the file and the bank disagree
     bool frmButton = false;

@@ -4,7 +4,7 @@
 // opens over whatever working tables the killed one left. Each worker is
 // this program run again on one SessionWorker test (skipped in an ordinary
 // run), driving frmMain's session on the file PELKOR_SESSION_FILE names.
-#include "ledger/GridFixture.h"
+#include "DemoSessionFiles.h"
 
 #include "base/Format.h"
 #include "file/Display.h"
@@ -29,39 +29,6 @@ namespace {
 const char sessionFile[] = "PELKOR_SESSION_FILE";
 const char sessionFeed[] = "PELKOR_SESSION_FEED";
 
-// The zeroing line, then forty lines a day apart; the bank has them all
-// with their balances.
-void makeFiles(const QString& file, const QString& feedPath)
-{
-    QString sql = QStringLiteral("BEGIN;");
-    QString feed = QStringLiteral("BEGIN;");
-    double balance = 0;
-    for (int i = 1; i <= 41; ++i) {
-        const bool in = i % 3 != 0;
-        const double sum = 100 + i;
-        balance += in ? sum : -sum;
-        const QString date = QDate(2025, 3, 1).addDays(i).toString(Qt::ISODate);
-        sql += QStringLiteral("INSERT INTO pelkor (id,kind,date,confirm,detail,\"in\",out,TypeNum,zee,memo) VALUES "
-                              "(%1,'%2','%3','%1','line %1',%4,%5,%6,'%7','ללא צבע');")
-                   .arg(i)
-                   .arg(in ? QStringLiteral("+1") : QStringLiteral("-1"), date)
-                   .arg(in ? sum : 0)
-                   .arg(in ? 0 : sum)
-                   .arg(in ? 1 : 2)
-                   .arg(i == 1 ? QStringLiteral("ZZZZZZZZZZ") : QStringLiteral(" "));
-        feed += QStringLiteral("INSERT INTO demoOsh VALUES ('7', %1, '%2', '%1', 'bank %1', %3, %4, %5, 0);")
-                    .arg(i)
-                    .arg(date)
-                    .arg(in ? sum : 0)
-                    .arg(in ? 0 : sum)
-                    .arg(balance);
-    }
-    makeLedger(file, sql + QStringLiteral("COMMIT;UPDATE Defaults SET isAuto=1, iBank=99;"), false, {-5000, 60, " "});
-    store::Connection cn;
-    cn.open(feedPath, store::Connection::OpenMode::ReadWriteCreate);
-    cn.executeRaw(schema::feedScript({QStringLiteral("demoOsh")}) + feed + QStringLiteral("COMMIT;"));
-}
-
 class SessionWorker : public GridTest {
 protected:
     void SetUp() override
@@ -70,10 +37,7 @@ protected:
             GTEST_SKIP() << "runs only as a worker of another test";
         GridTest::SetUp();
         file = qEnvironmentVariable(sessionFile);
-        const QString program = dir.filePath(QStringLiteral("program"));
-        QDir().mkpath(program);
-        QFile::copy(QStringLiteral(PELKOR_SOURCE_DIR "/share/BankMenu.html"), program + QStringLiteral("/BankMenu.html"));
-        QFile::copy(qEnvironmentVariable(sessionFeed), program + QStringLiteral("/demo.mdb"));
+        placeProgramFiles(dir.filePath(QStringLiteral("program")), qEnvironmentVariable(sessionFeed));
     }
 };
 

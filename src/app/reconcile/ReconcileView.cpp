@@ -8,6 +8,7 @@
 #include "frame/frmMain.h"
 #include "seams/grid/GridTableModel.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QHBoxLayout>
@@ -96,6 +97,9 @@ ReconcileView::ReconcileView(frmMain& logic, std::function<void()> focusMain, QW
     cmdCoordinate_ = button(QStringLiteral("cmdCoordinate"), QStringLiteral("ה ת א ם"));
     cmdSetTargetDate_ = button(QStringLiteral("cmdSetTargetDate"), QStringLiteral("תאריך התאמה"));
     cmdGoToAutomaticCoordination_ = button(QStringLiteral("cmdGoToAutomaticCoordination"), QStringLiteral("עבור להתאמה אוטומטית"));
+    cmdSpecialFind_ = button(QStringLiteral("cmdSpecialFind"), QStringLiteral("חפש התאמה"));
+    cmdPrev_ = button(QStringLiteral("cmdPrev"), QStringLiteral("הקודם"));
+    cmdNext_ = button(QStringLiteral("cmdNext"), QStringLiteral("הבא"));
     chkShowCoordinatedRows_ = named(new QCheckBox(QStringLiteral("הצג מותאמות"), this), QStringLiteral("chkShowCoordinatedRows"));
     chkShowCoordinatedRows_->setFocusPolicy(Qt::NoFocus);
     buttons->addWidget(chkShowCoordinatedRows_);
@@ -109,6 +113,19 @@ ReconcileView::ReconcileView(frmMain& logic, std::function<void()> focusMain, QW
             [this] { click(QStringLiteral("cmdSetTargetDate_Click"), [this] { m_.cmdSetTargetDate_Click(); }); });
     connect(cmdGoToAutomaticCoordination_, &QPushButton::clicked, this, [this] {
         click(QStringLiteral("cmdGoToAutomaticCoordination_Click"), [this] { m_.cmdGoToAutomaticCoordination_Click(); });
+    });
+    // The partner search starts from the grid that has the cursor.
+    connect(cmdSpecialFind_, &QPushButton::clicked, this,
+            [this] { m_.guarded(QStringLiteral("cmdSpecialFind_Click"), [this] { m_.cmdSpecialFind_Click(); }); });
+    connect(cmdNext_, &QPushButton::clicked, this,
+            [this] { m_.guarded(QStringLiteral("cmdNext_Click"), [this] { m_.cmdNext_Click(); }); });
+    connect(cmdPrev_, &QPushButton::clicked, this,
+            [this] { m_.guarded(QStringLiteral("cmdPrev_Click"), [this] { m_.cmdPrev_Click(); }); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now == bank_)
+            m_.setBankGridActive(true);
+        else if (now && now->objectName() == QLatin1String("msfgMain"))
+            m_.setBankGridActive(false);
     });
     connect(cmdExitCoordination_, &QPushButton::clicked, this,
             [this] { click(QStringLiteral("cmdExitCoordination_Click"), [this] { m_.cmdExitCoordination_Click(); }); });
@@ -162,6 +179,9 @@ void ReconcileView::mirror()
     cmdSetTargetDate_->setVisible(s.cmdSetTargetDate);
     cmdExitCoordination_->setVisible(s.split);
     cmdGoToAutomaticCoordination_->setVisible(s.cmdGoToAutomaticCoordination);
+    cmdSpecialFind_->setVisible(s.cmdSpecialFind && !s.cmdNext);
+    cmdNext_->setVisible(s.cmdSpecialFind && s.cmdNext);
+    cmdPrev_->setVisible(s.cmdSpecialFind && s.cmdNext);
     chkShowCoordinatedRows_->setVisible(s.chkShowCoordinatedRows);
     {
         const QSignalBlocker block(chkShowCoordinatedRows_);

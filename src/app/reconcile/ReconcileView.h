@@ -55,6 +55,9 @@ private:
     QPushButton* cmdSetTargetDate_ = nullptr;
     QPushButton* cmdExitCoordination_ = nullptr;
     QPushButton* cmdGoToAutomaticCoordination_ = nullptr;
+    QPushButton* cmdSpecialFind_ = nullptr;
+    QPushButton* cmdNext_ = nullptr;
+    QPushButton* cmdPrev_ = nullptr;
     QCheckBox* chkShowCoordinatedRows_ = nullptr;
     int fills_ = -1;
 };
