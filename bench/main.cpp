@@ -585,6 +585,7 @@ int runsFor(long n)
 
 int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
 int bankFigure(const QString& dataDir, int runs);  // BankBench.cpp
+int matchFigure(int runs);  // MatchBench.cpp
 #ifdef PELKOR_BENCH_WEB
 int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
 void webFigure(const QString& program, int runs);
@@ -643,6 +644,11 @@ int main(int argc, char** argv)
             return 0;
     }
 #endif
+    if (only.isEmpty() || only == QLatin1String("match")) {
+        const int matchCode = matchFigure(runs);
+        if (!only.isEmpty())
+            return matchCode;
+    }
     if (only.isEmpty() || only == QLatin1String("feed")) {
         const int feedCode = feedFigure(dataDir, runs);
         if (!only.isEmpty())

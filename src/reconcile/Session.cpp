@@ -11,6 +11,7 @@
 #include "file/OpenLedger.h"
 #include "file/Schema.h"
 #include "file/Upgrades.h"
+#include "reconcile/frmBalance.h"
 #include "reconcile/frmSetTargetDate.h"
 #include "seams/store/StoreError.h"
 #include "seams/ui/Ui.h"
@@ -44,6 +45,8 @@ Session::Session(SessionParts parts)
                                   changed();
                               },
                               [this] { compareFinalBalances(); }, parts.focusGrid}),
+      finder(MatchParts{parts.ledger, parts.main, bank, links, coord, parts.ui, parts.wbMatches, parts.tempPath,
+                        parts.instance.logDirectory.isEmpty() ? parts.tempPath : parts.instance.logDirectory + QLatin1Char('/')}),
       p_(std::move(parts))
 {
     links.summariesChanged = [this] { refreshSummaries(); };
@@ -339,6 +342,10 @@ bool Session::rereadFeedIntoGrid()
         if (!feed.isOpen())
             feed.openCnNew(led.feedPath);
         auto rows = feed.cnNew.execute(accountRowsQuery(led.iBank, led.isSimulate, fixString(led.accountNum)));
+        // A feed emptied by an earlier proof, or read under another name,
+        // leaves the rows the grid has.
+        if (rows.recordCount() == 0 && bank.lastRow() > 0)
+            return false;
         fillBankGrid(bank, rows, links.targetDate, led.iBank, led.isSimulate);
         return true;
     } catch (const store::StoreError& e) {
@@ -358,10 +365,24 @@ void Session::positionBankGrid(int row)
 
 void Session::compareBalances()
 {
-    // The four ways to make a disagreement go away come with the balance
-    // dialog; until then the disagreement screen stands and the user may
-    // mend the file and try again.
-    reallyCompareBalances(p_.ledger.ipusDate);
+    // The dialog comes again until the proof holds or the user leaves the
+    // disagreement screen standing to mend the file by hand.
+    for (;;) {
+        const int bcr = reallyCompareBalances(p_.ledger.ipusDate);
+        if (bcr == 1 || bcr == 5)
+            break;
+        frmBalance dlg(bcr, isNewPelkorFile(), shown.lblParting);
+        p_.ui.runDialog(dlg);
+        const QString choice = dlg.choice();
+        if (choice == QLatin1String("optBalancingLine"))
+            optBalancingLine();
+        else if (choice == QLatin1String("optNewPelkor"))
+            optNewPelkor();
+        else if (choice == QLatin1String("optPrevDay"))
+            optPrevDay();
+        else
+            break;
+    }
     if (feed.isOpen())
         feed.closeCnNew();
 }
@@ -416,6 +437,7 @@ void Session::showDisagreement(int lastRow)
 {
     shown.cmdGoToAutomaticCoordination = true;
     shown.ledgerButtonsHidden = false;
+    shown.lblParting = partingHint(lastRow);
     rereadFeedIntoGrid();
     shown.cmdBankCoordinationCaption = exitWord;
     shown.mnuPerformBankCoordinationCaption = exitWord;
@@ -435,6 +457,7 @@ void Session::openPairing(int lastRow)
     OpenLedger& led = p_.ledger;
     call(p_.playAgreed);
     shown.cmdGoToAutomaticCoordination = false;
+    shown.lblParting.clear();
     shown.frmButton = true;
     shown.mnuFindMatches = shown.cmdCoordinate = shown.chkShowCoordinatedRows = true;
     shown.cmdSpecialFind = shown.cmdSetTargetDate = shown.cmdExitCoordination = true;

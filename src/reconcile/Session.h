@@ -28,6 +28,7 @@
 #include "reconcile/BankFeed.h"
 #include "reconcile/BankGrid.h"
 #include "reconcile/Coordination.h"
+#include "reconcile/MatchFinder.h"
 #include "reconcile/RowLinks.h"
 
 #include <QDate>
@@ -65,6 +66,7 @@ struct SessionShown {
     bool mnuFindMatches = false;
     bool cmdGoToAutomaticCoordination = false;  // the file and the bank disagree
     bool frmButton = false;
+    QString lblParting;                   // the disagreement screen: where the balances part
     // The ledger's controls the session takes away.
     bool ledgerButtonsHidden = false;     // cmdIpus, cmdSubtractFromTzefi, cmdTzefi, cmdClose; mnuSetIpusLine, mnuClose off
     bool reportsHidden = false;           // cmdReport, cmdMonthReport, mnuReports
@@ -98,6 +100,7 @@ struct SessionParts {
     std::function<void()> playAgreed;     // the sound of an agreed proof
     // Starts the statement importer for the bound bank; null: none here.
     std::function<void()> callDataDownloader;
+    std::function<web::WebView&()> wbMatches;   // the page of proposed pairs
 };
 
 class Session {
@@ -111,6 +114,7 @@ public:
     BankGrid bank;
     RowLinks links;
     Coordination coord;
+    MatchFinder finder;
     bool balancesMatch = false;
     bool mustExitAfterCompletingCoordination = false;
     bool chkSimulate = false;             // the feed as it lies, without a download
@@ -148,8 +152,21 @@ public:
     // 1 agreed and open; 2 differ on the day; 3 no bank row on or before it;
     // 4 the bank's last row before it is earlier; 5 agreed, nothing new.
     int reallyCompareBalances(const QDate& tempIpusDate);
+    // The ways out of a disagreement, chosen on the balance dialog.
+    // optPrevDay: the zeroing line back to the last day, within ten, on
+    // which both balances agreed; false when there was none.
+    bool optPrevDay();
+    void optBalancingLine();
+    void optNewPelkor();
+    // The file is its opening line alone ("יתרה התחלתית").
+    bool isNewPelkorFile() const;
+    // Where the running balances part, up to the bank's row lastRow; empty
+    // when they agree or nothing can be compared.
+    QString partingHint(int lastRow) const;
     // The closing proof and the swap.
     void compareFinalBalances();
+    // A fresh search for pairs, confirmed rows hidden first.
+    void mnuFindMatches_Click();
     void createTempTable();
 
     // After every load of the lines while the screen is split.

@@ -6,7 +6,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QGroupBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QVBoxLayout>
 
 namespace pelkor::ui {
@@ -75,6 +77,43 @@ frmSetTargetDateView::frmSetTargetDateView(reconcile::frmSetTargetDate& logic, Q
     binder_.bindText(QStringLiteral("txtDate"), txtDate);
     binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
     binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
+    binder_.sync();
+}
+
+frmBalanceView::frmBalanceView(reconcile::frmBalance& logic, QWidget* parent)
+    : QDialog(parent), binder_(logic, *this)
+{
+    setLayoutDirection(Qt::RightToLeft);
+    setWindowTitle(logic.caption());
+    auto* layout = new QVBoxLayout(this);
+    // The two labels read as one sentence.
+    auto* text = named(new QLabel(logic.label(QStringLiteral("Label1")) + logic.label(QStringLiteral("Label2")), this),
+                       QStringLiteral("Label1"));
+    text->setWordWrap(true);
+    layout->addWidget(text);
+    const QString hint = logic.label(QStringLiteral("lblParting"));
+    if (!hint.isEmpty()) {
+        auto* parting = named(new QLabel(hint, this), QStringLiteral("lblParting"));
+        parting->setStyleSheet(QStringLiteral("color: #a00000"));
+        layout->addWidget(parting);
+    }
+    auto* frame = new QGroupBox(this);
+    auto* options = new QVBoxLayout(frame);
+    for (const char* name : {"optDoNothing", "optBalancingLine", "optNewPelkor", "optPrevDay"}) {
+        const QString n = QString::fromLatin1(name);
+        auto* opt = named(new QRadioButton(logic.label(n), frame), n);
+        options->addWidget(opt);
+        binder_.bindOption(n, opt);
+    }
+    layout->addWidget(frame);
+    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    layout->addLayout(buttons);
+    setMinimumWidth(520);
+    binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
     binder_.sync();
 }
 

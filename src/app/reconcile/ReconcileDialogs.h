@@ -1,9 +1,11 @@
 // The reconciliation's own dialogs on screen: frmSelectAccount (the list of
-// the feed's accounts) and frmSetTargetDate (the end of the period), right
-// to left, bound to their logic.
+// the feed's accounts), frmSetTargetDate (the end of the period) and
+// frmBalance (the ways out of a disagreement), right to left, bound to
+// their logic.
 #pragma once
 
 #include "app/ui/DialogBinder.h"
+#include "reconcile/frmBalance.h"
 #include "reconcile/frmSelectAccount.h"
 #include "reconcile/frmSetTargetDate.h"
 
@@ -22,6 +24,14 @@ private:
 class frmSetTargetDateView : public QDialog {
 public:
     explicit frmSetTargetDateView(reconcile::frmSetTargetDate& logic, QWidget* parent = nullptr);
+
+private:
+    DialogBinder binder_;
+};
+
+class frmBalanceView : public QDialog {
+public:
+    explicit frmBalanceView(reconcile::frmBalance& logic, QWidget* parent = nullptr);
 
 private:
     DialogBinder binder_;

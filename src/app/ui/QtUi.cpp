@@ -307,6 +307,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmSubtractFromTzefiView, frmSubtractFromTzefi>(d, parent_, owner());
     else if (name == QLatin1String("frmSelectAccount"))
         shown = show<frmSelectAccountView, reconcile::frmSelectAccount>(d, parent_, owner());
+    else if (name == QLatin1String("frmBalance"))
+        shown = show<frmBalanceView, reconcile::frmBalance>(d, parent_, owner());
     else if (name == QLatin1String("frmSetTargetDate"))
         shown = show<frmSetTargetDateView, reconcile::frmSetTargetDate>(d, parent_, owner());
     else if (name == QLatin1String("frmMoveOrCopy"))
