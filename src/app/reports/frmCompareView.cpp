@@ -29,8 +29,8 @@ namespace {
 
 constexpr int offScreenLeft = 40000;
 constexpr int listWidth = 200;      // the task pane: the 171-pixel list and its margins
-constexpr int barWidth = 28;        // the folding bars
-constexpr int chartsShare = 45;     // percent of the room the charts take beside the table
+constexpr int barWidth = 64;        // the folding bars: room for "הסתר >>"
+constexpr int chartsShare = 38;     // percent of the room the charts take beside the table
 
 } // namespace
 
@@ -69,14 +69,19 @@ frmCompareView::frmCompareView(reports::ReportParts parts, QWidget* parent) : QW
     for (int i = 0; i < 2; ++i) {
         const QString n = QString::number(i);
         auto* box = named(new QGroupBox(reports::frameFileCaption(i), this), QStringLiteral("frameFile") + n);
-        auto* row = new QHBoxLayout(box);
+        // Two rows: the file, then the range.
+        auto* rows = new QVBoxLayout(box);
+        auto* row = new QHBoxLayout();
+        rows->addLayout(row);
         row->addWidget(new QLabel(QStringLiteral("שם קובץ:"), box));
         txtFileName_[size_t(i)] = named(new QLineEdit(box), QStringLiteral("txtFileName") + n, QStringLiteral("שם קובץ"));
         txtFileName_[size_t(i)]->setReadOnly(true);
-        txtFileName_[size_t(i)]->setMinimumWidth(120);
+        txtFileName_[size_t(i)]->setMinimumWidth(80);
         row->addWidget(txtFileName_[size_t(i)], 1);
         browse[size_t(i)] = named(new QPushButton(QStringLiteral("עיון..."), box), QStringLiteral("cmdBrowse") + n);
         row->addWidget(browse[size_t(i)]);
+        row = new QHBoxLayout();
+        rows->addLayout(row);
         row->addWidget(new QLabel(QStringLiteral("מתאריך:"), box));
         txtFrom_[size_t(i)] = named(new QLineEdit(box), QStringLiteral("txtFrom") + n, QStringLiteral("מתאריך"));
         row->addWidget(txtFrom_[size_t(i)]);
@@ -86,6 +91,7 @@ frmCompareView::frmCompareView(reports::ReportParts parts, QWidget* parent) : QW
         likeOther[size_t(i)] = named(new QPushButton(i == 0 ? QStringLiteral("כמו ב'") : QStringLiteral("כמו א'"), box),
                                      QStringLiteral("cmdLikeOther") + n);
         row->addWidget(likeOther[size_t(i)]);
+        row->addStretch(1);
         for (QLineEdit* t : {txtFrom_[size_t(i)], txtTo_[size_t(i)]}) {
             t->setLayoutDirection(Qt::LeftToRight);
             t->setFixedWidth(t->fontMetrics().horizontalAdvance(QStringLiteral("00/00/00000")) + 12);
@@ -119,7 +125,7 @@ frmCompareView::frmCompareView(reports::ReportParts parts, QWidget* parent) : QW
     tb->addStretch(1);
     pb->addStretch(1);
     for (QPushButton* b : {cmdHideTable_, cmdShowTable_, cmdHideTaskPane_, cmdShowTaskPane_})
-        b->setMaximumWidth(barWidth * 3);
+        b->setFixedWidth(barWidth);
 
     // The charts: index 1 the kinds' pair, 0 the types'.
     for (int which : {1, 0}) {
