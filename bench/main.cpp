@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|move|feed|bank|web|charts|reports]
+//                [--only store|bare|open|edit|delete|move|feed|bank|match|web|charts|reports|compare]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -37,6 +37,9 @@
 //   report, render  the monthly report by kind and type of the whole file
 //           written, against SQLite's monthly aggregate; its page shown by
 //           the web seam (bench/ReportsBench.cpp). Target 3.
+//   compare  both pages of a comparison of two files of 100,000 lines, a
+//           year each, against SQLite's grouped sum by kind of the same
+//           ranges (bench/CompareBench.cpp). Target 3.
 //
 // Each figure is the best of several runs of each side, the two sides taking
 // turns and each going first in half of the rounds, so that a busy machine
@@ -591,6 +594,7 @@ int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
 void webFigure(const QString& program, int runs);
 #endif
 int chartsFigure(std::vector<Line>& lines, int runs); // ChartsBench.cpp
+int compareFigure(const QString& dataDir, int runs, const QString& outDir); // CompareBench.cpp
 int reportsFigure(const QString& path, long n, int runs, QString* kindPage, const QString& outDir); // ReportsBench.cpp
 #ifdef PELKOR_BENCH_WEB
 int reportRenderProcess(int argc, char** argv);
@@ -658,6 +662,12 @@ int main(int argc, char** argv)
         const int bankCode = bankFigure(dataDir, runs);
         if (!only.isEmpty())
             return bankCode;
+    }
+    if (only.isEmpty() || only == QLatin1String("compare")) {
+        QTemporaryDir pages;
+        compareFigure(dataDir, runs > 0 ? runs : 5, pages.path());
+        if (!only.isEmpty())
+            return 0;
     }
     for (long n : sizes) {
         const QString path = QStringLiteral("%1/ledger-%2.pkr").arg(dataDir).arg(n);

@@ -6,6 +6,7 @@
 #include "app/reconcile/ReconcileView.h"
 #include "app/Named.h"
 #include "app/frmFindView.h"
+#include "app/reports/frmCompareView.h"
 #include "app/reports/frmMonthReportMainView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
@@ -277,6 +278,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     connect(&m_, &frmMain::periodReportRequested, this, [this](const QString& sPeriod) {
         new frmMonthReportMainView(m_.reportParts(), reports::periodTypeOf(sPeriod), this);
     });
+    // The comparison of two periods, modal over this window.
+    QAction* mnuCompare = mnuReports_->addAction(controlCaption(QStringLiteral("mnuCompare")));
+    mnuCompare->setObjectName(QStringLiteral("mnuCompare"));
+    reportActions_.append(mnuCompare);
+    connect(mnuCompare, &QAction::triggered, this, [this] { m_.clickControl(QStringLiteral("mnuCompare")); });
+    connect(&m_, &frmMain::compareRequested, this, [this] { new frmCompareView(m_.compareParts(), this); });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuAutomaticBankCoordination_ = mnuDefs_->addAction(QStringLiteral("&משיכת נתונים אוטומטית"));
     mnuAutomaticBankCoordination_->setObjectName(QStringLiteral("mnuAutomaticBankCoordination"));

@@ -84,6 +84,7 @@ QString controlCaption(const QString& name)
         {"cmdMove", "העבר/העתק"},
         {"mnuMoveDates", "הזזת תאריכים..."},
         {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
+        {"mnuCompare", "השוואה בין תקופות..."},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -246,6 +246,12 @@ public:
     reports::ReportParts reportParts();
     // A report window closed: the main window enabled and refreshed, or the run ended.
     void periodReportClosed();
+    // mnuCompare: progMode modeCompare and the comparison window asked of
+    // the view, modal; compareParts are the parts it works on, and
+    // compareClosed gives the main window back.
+    void mnuCompare_Click();
+    reports::ReportParts compareParts();
+    void compareClosed();
 
     // ---- moving lines and dates, invoice kinds (frmMainTransfer.cpp) ----
     // cmdMove: frmMoveOrCopy over the grid's selection, then the grid's focus.
@@ -277,8 +283,11 @@ signals:
     void findRequested();
     // A period report window is to open (makePeriodReport).
     void periodReportRequested(const QString& sPeriod);
+    // The comparison window is to open (mnuCompare_Click).
+    void compareRequested();
 
 private:
+    ProgMode modeBeforeCompare_ = modeOpenedFile;
     void initializeForm();
     // The start of a working run with no current file: a ledger chosen in
     // the open dialog or made under a name typed there; empty when the

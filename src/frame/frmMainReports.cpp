@@ -52,3 +52,42 @@ void frmMain::periodReportClosed()
 }
 
 } // namespace pelkor
+
+namespace pelkor {
+
+// ---- the comparison of two files ---------------------------------------
+
+void frmMain::mnuCompare_Click()
+{
+    if (instance_.progMode != modeCompare)
+        modeBeforeCompare_ = instance_.progMode;
+    instance_.progMode = modeCompare;
+    emit compareRequested();
+}
+
+reports::ReportParts frmMain::compareParts()
+{
+    reports::ReportParts p = reportParts();
+    p.closed = [this] { compareClosed(); };
+    // A child's "refresh" or "closed" may have changed this file too.
+    p.refreshMain = [this] {
+        if (!shown_.visible)
+            return;
+        shown_.enabled = true;
+        emit changed();
+        cmdRefresh_Click();
+    };
+    return p;
+}
+
+void frmMain::compareClosed()
+{
+    if (instance_.progMode == modeCompare)
+        instance_.progMode = modeBeforeCompare_;
+    if (!shown_.visible)
+        return exitProg();
+    shown_.enabled = true;
+    emit changed();
+}
+
+} // namespace pelkor

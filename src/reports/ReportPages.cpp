@@ -1,4 +1,5 @@
 #include "reports/ReportPages.h"
+#include "reports/ReportTable.h"
 
 #include "base/Format.h"
 #include "seams/web/Html.h"
@@ -115,40 +116,18 @@ const char reportScripts[] =
     "function loadHandler(){handle_load();}\n"
     "</script>\n";
 
-// One cell of the amounts: its text and class, and for an amount that
-// opens its lines the link's style and id.
-struct Cell {
-    QString text;
-    QString cls;
-    QString linkStyle;   // "3" a kind, "4" a type; empty: no link
-    QString linkId;      // "'+1'" (quoted) or a type's index
-    int period = 0;
-    bool isUpdated = false;  // a total cell the window rewrites (id c<row>)
-    bool nz = false;         // the amount is not 0 (its lines exist)
-};
-
-struct Row {
-    QString name;
-    QString nameClass;
-    bool hidden = false;
-    std::function<Cell(int col)> cell;   // col 0 the total, col c period c-1
-};
-
-struct Report {
-    QString title;
-    QString namesDiv;     // "topdivkinds" or "topdivtypes"
-    QString namesAll;     // "tblallkinds" or "tblalltypes"
-    QString namesTable;   // "tblperiodkinds" or "tblperiodtypes"
-    std::vector<Row> rows;
-};
-
 void writeCell(QString& out, const Cell& c, int row)
 {
     out += QStringLiteral("<td");
     if (c.isUpdated)
         out += QStringLiteral(" id=c") + QString::number(row);
     if (!c.linkStyle.isEmpty()) {
-        out += QStringLiteral(" class=sumtd><a class=sumlink href=javascript:event_handler(this,") + c.linkStyle + QLatin1Char(',')
+        if (!c.bgcolor.isEmpty())
+            out += QStringLiteral(" style=\"direction: ltr; text-align: right;\"");
+        out += QStringLiteral(" class=sumtd");
+        if (!c.bgcolor.isEmpty())
+            out += QStringLiteral(" bgcolor=") + c.bgcolor;
+        out += QStringLiteral("><a class=sumlink href=javascript:event_handler(this,") + c.linkStyle + QLatin1Char(',')
             + c.linkId + QLatin1Char(',') + QString::number(c.period) + QLatin1Char(',')
             + (c.nz ? QLatin1Char('1') : QLatin1Char('0')) + QStringLiteral(")>") + c.text
             + QStringLiteral("</a></td>");
@@ -170,8 +149,12 @@ void rowOpen(QString& out, const Row& r, int i)
 // One copy of the table with the columns first..last (0 the total column).
 void writeCopy(QString& out, const Report& rep, const Periods& periods, const ReportHead& head, int first, int last, bool screen)
 {
-    out += QStringLiteral("<table id=tblTitle><tr><td class=titletd>");
-    appendEscaped(out, rep.title);
+    if (rep.titleHtml.isEmpty()) {
+        out += QStringLiteral("<table id=tblTitle><tr><td class=titletd>");
+        appendEscaped(out, rep.title);
+    } else {
+        out += QStringLiteral("<table id=tblTitle><tr><td id=tdTitle class=titletd>") + rep.titleHtml;
+    }
     out += QStringLiteral("</td></tr></table>\n<table id=toptbl style=\"zoom:1.1\"><tr valign=top>\n");
     // Top right (first in a right-to-left row): the empty corner over the names.
     out += QStringLiteral("<td><div id=hdrsdatetopdiv><table id=tblalldatehdrs><tr><td class=cornertd style=\"width:")
@@ -181,8 +164,9 @@ void writeCopy(QString& out, const Report& rep, const Periods& periods, const Re
         out += QStringLiteral(" onscroll=handle_hdrs_scroll()");
     out += QStringLiteral("><table id=hdrs><tr><td><table id=tblallhdrs><tr>");
     for (int c = first; c <= last; ++c)
-        out += (c == 0 ? QStringLiteral("<td><table><tr><td class=\"hdrtd hdr0\">סך הכל")
-                       : QStringLiteral("<td><table><tr><td class=hdrtd>") + periods.heading(c - 1))
+        out += (rep.heading ? QStringLiteral("<td><table><tr><td class=hdrtd>") + rep.heading(c)
+                : c == 0    ? QStringLiteral("<td><table><tr><td class=\"hdrtd hdr0\">סך הכל")
+                            : QStringLiteral("<td><table><tr><td class=hdrtd>") + periods.heading(c - 1))
             + QStringLiteral("</td></tr></table></td>");
     out += QStringLiteral("</tr></table></td></tr></table></div></td></tr>\n<tr valign=top>\n");
     // The names.
@@ -208,7 +192,7 @@ void writeCopy(QString& out, const Report& rep, const Periods& periods, const Re
         out += QStringLiteral(" onscroll=handle_sums_scroll()");
     out += QStringLiteral("><table id=tblallsums><tr valign=top>\n");
     for (int c = first; c <= last; ++c) {
-        out += QStringLiteral("<td><table id=tblperiodsums class=\"pst") + (c == 0 ? QStringLiteral(" pst0") : QString())
+        out += QStringLiteral("<td><table id=tblperiodsums class=\"pst") + (c == 0 && !rep.heading ? QStringLiteral(" pst0") : QString())
             + QStringLiteral("\">\n");
         for (size_t i = 0; i < rep.rows.size(); ++i) {
             rowOpen(out, rep.rows[i], int(i));
@@ -220,7 +204,9 @@ void writeCopy(QString& out, const Report& rep, const Periods& periods, const Re
     out += QStringLiteral("</tr></table></div></td></tr></table>\n");
 }
 
-QString writeReport(const Report& rep, const Periods& periods, const ReportHead& head)
+} // namespace
+
+QString writeReport(const Report& rep, const Periods& periods, const ReportHead& head, int columns)
 {
     QString out;
     out.reserve(int(rep.rows.size()) * (periods.nPeriods + 1) * 160 + 8000);
@@ -230,15 +216,17 @@ QString writeReport(const Report& rep, const Periods& periods, const ReportHead&
     appendEscaped(out, rep.title);
     out += QStringLiteral("</title>\n");
     out += QLatin1String(reportStyle);
+    out += rep.extraStyle;
     out += QLatin1String(reportScripts);
     out += QStringLiteral("</head>\n<body dir=rtl onload=loadHandler() onresize=handle_load() style=\"overflow:hidden\">\n"
                           "<input type=hidden id=theID><input type=button style='display: none' id=notifier>"
                           "<input type=hidden id=sumsScroll>\n");
-    const int columns = periods.nPeriods + 1;
+    if (columns <= 0)
+        columns = periods.nPeriods + 1;
     out += QStringLiteral("<div id=divscr class=HideOnPrint>\n");
     writeCopy(out, rep, periods, head, 0, columns - 1, true);
     out += QStringLiteral("</div>\n<div id=divprn class=HideOnScreen>\n");
-    const int pages = printedPages(periods.nPeriods);
+    const int pages = printedPages(columns - 1);
     for (int page = 0; page < pages; ++page) {
         out += QStringLiteral("<div class=") + (page + 1 < pages ? QStringLiteral("printcopy") : QStringLiteral("lastcopy"))
             + QStringLiteral(">\n");
@@ -248,6 +236,8 @@ QString writeReport(const Report& rep, const Periods& periods, const ReportHead&
     out += QStringLiteral("</div>\n</body></html>\n");
     return out;
 }
+
+namespace {
 
 QString titleOf(const ReportHead& head, const Periods& periods, bool byTypes)
 {

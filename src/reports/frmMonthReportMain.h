@@ -71,6 +71,9 @@ struct ReportParts {
     std::function<void(std::function<void(const QString&)> tellOpener)> openAddLine;
     // The window has closed: the main window takes over (or the run ends).
     std::function<void()> closed;
+    // The main window, when shown, takes the changes a child made (the
+    // comparison's "refresh" and "closed"); none when null.
+    std::function<void()> refreshMain;
     MeasureText measure = estimatedTextWidth;
 };
 

@@ -1,5 +1,7 @@
 #include "app/reports/frmMonthReportMainView.h"
 
+#include "app/reports/ReportPrint.h"
+
 #include "app/Named.h"
 #include "app/Placement.h"
 #include "app/ui/QtUi.h"
@@ -243,39 +245,8 @@ void frmMonthReportMainView::printPreview(web::WebView& view, bool backgroundCol
     web::QtWebView* v = viewOf(view);
     if (!v)
         return;
-    QWebEngineView* engine = v->engineView();
-    engine->settings()->setAttribute(QWebEngineSettings::PrintElementBackgrounds, backgroundColors);
-    auto* printer = new QPrinter(QPrinter::HighResolution);
-    printer->setPageOrientation(QPageLayout::Landscape);
-    auto* dlg = new QPrintPreviewDialog(printer, this);
-    dlg->setAttribute(Qt::WA_DeleteOnClose);
-    dlg->setObjectName(QStringLiteral("dlgPrintPreview"));
-    dlg->setWindowTitle(QStringLiteral("תצוגה לפני הדפסה"));
-    connect(dlg, &QObject::destroyed, [printer] { delete printer; });
-    // The engine prints on its own time: the preview waits for it.
-    connect(dlg, &QPrintPreviewDialog::paintRequested, this, [engine](QPrinter* p) {
-        QEventLoop loop;
-        const auto done = connect(engine, &QWebEngineView::printFinished, &loop, &QEventLoop::quit);
-        engine->print(p);
-        loop.exec();
-        disconnect(done);
-    });
-    // Saving as PDF, from the preview's own tool bar.
-    if (auto* bar = dlg->findChild<QToolBar*>()) {
-        QAction* pdf = bar->addAction(QStringLiteral("שמור כ-PDF"));
-        pdf->setObjectName(QStringLiteral("cmdSavePdf"));
-        connect(pdf, &QAction::triggered, dlg, [this, engine, dlg] {
-            // The program's own file dialog: Hebrew, its paths and names left to right.
-            ui::FileDialogOptions spec;
-            spec.title = QStringLiteral("שמור כ-PDF");
-            spec.filter = QStringLiteral("PDF (*.pdf)|*.pdf");
-            spec.defaultExt = QStringLiteral("pdf");
-            spec.fileName = logic_->proposedSaveName() + QStringLiteral(".pdf");
-            const QString path = ui::QtUi(dlg).saveFileDialog(spec);
-            if (!path.isEmpty())
-                engine->page()->printToPdf(path, QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF(10, 10, 10, 10)));
-        });
-    }
+    auto* dlg = makeReportPreview(this, v->engineView(), backgroundColors,
+                                  [this] { return logic_->proposedSaveName() + QStringLiteral(".pdf"); });
     preview_ = dlg;
     connect(dlg, &QObject::destroyed, this, [this] { preview_ = nullptr; });
     if (previewModeless_)
