@@ -62,6 +62,9 @@ frmMain::frmMain(Environment e, QObject* parent)
     connect(&checker_, &QTimer::timeout, this, [this] {
         guarded(QStringLiteral("timerCoordinationMessageChecker"), [this] { timerCoordinationMessageChecker_Timer(); });
     });
+    // The session keeps the folders it writes to from its start.
+    instance_.tempPath = env_.paths.tempDir + QLatin1Char('/');
+    instance_.logDirectory = env_.paths.logDirectory();
     noBankPage_ = std::make_unique<web::ScriptedWebView>();
     session_ = std::make_unique<reconcile::Session>(sessionParts());
     session_->shownChanged = [this] { emit changed(); };

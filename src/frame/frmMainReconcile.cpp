@@ -28,7 +28,10 @@ reconcile::SessionParts frmMain::sessionParts()
         },
         [this](const QString& text) { sendToExcel(text); },
         {},
-        {}};
+        {},
+        // The page of proposed pairs has no window of its own yet: a page
+        // host without one serves.
+        [this]() -> web::WebView& { return *noBankPage_; }};
     return p;
 }
 

@@ -182,10 +182,12 @@ protected:
     void decide(const char* picture, int i) { web.setDisplay(QString::fromLatin1(picture), QString(), i - 1); }
 
     web::ScriptedWebView web;
-    MatchFinder finder{MatchParts{led, main, bank, links, coord, forward, [this]() -> web::WebView& { return web; }, tempPath, tempPath}};
+    // The folder is the fixture's own, made before this member.
+    MatchFinder finder{MatchParts{led, main, bank, links, coord, forward, [this]() -> web::WebView& { return web; },
+                                  dir.path() + QLatin1Char('/'), dir.path() + QLatin1Char('/')}};
 };
 
-TEST_F(MatchFinderTest, DISABLED_ARejectedPairIsNotProposedAgainWhileAnAcceptedOneStays)
+TEST_F(MatchFinderTest, ARejectedPairIsNotProposedAgainWhileAnAcceptedOneStays)
 {
     finder.findMatchesNow();
     ASSERT_EQ(keys(), (std::vector<QString>{QStringLiteral("0 2 1"), QStringLiteral("1 3 2")}));
@@ -214,7 +216,7 @@ TEST_F(MatchFinderTest, DISABLED_ARejectedPairIsNotProposedAgainWhileAnAcceptedO
     EXPECT_EQ(keys(), (std::vector<QString>{QStringLiteral("0 2 1"), QStringLiteral("1 3 2")}));
 }
 
-TEST_F(MatchFinderTest, DISABLED_OkPairsTheAcceptedRowsAsByHandAndLeavesTheRest)
+TEST_F(MatchFinderTest, OkPairsTheAcceptedRowsAsByHandAndLeavesTheRest)
 {
     finder.findMatchesNow();
     decide("imgAcceptPressed", 2);
