@@ -32,7 +32,7 @@ QString cellText(const QString& s)
 bool Session::isNewPelkorFile() const
 {
     const auto& lines = p_.ledger.lines;
-    return lines.size() == 1 && lines.front().detail.left(12) == QLatin1String("יתרה התחלתית");
+    return lines.size() == 1 && lines.front().detail.left(12) == QStringLiteral("יתרה התחלתית");
 }
 
 QString Session::partingHint(int lastRow) const

@@ -124,14 +124,17 @@ TEST_F(BalanceDialogTest, PrevDayFindsNoneElevenDaysBackAndTheDialogComesAgain)
     EXPECT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
 }
 
-TEST_F(BalanceDialogTest, DISABLED_ABalancingLineOnTheZeroingDateOpensTheSession)
+TEST_F(BalanceDialogTest, ABalancingLineOnTheZeroingDateOpensTheSession)
 {
     history("2025-04-20", 1140, QStringLiteral("frmBalance => optBalancingLine=1"));
     start();
     EXPECT_TRUE(session->pairing());
     EXPECT_EQ(query(QStringLiteral("SELECT kind, date, [in], out, TypeNum, memo FROM pelkor WHERE detail='שורת איזון יתרה'")),
               QStringLiteral("-0|30/04/2025|0|10|2|ללא צבע"));
+}
 
+TEST_F(BalanceDialogTest, ABalancingLineOnTheIncomeSideWhenTheBankHasMore)
+{
     history("2025-04-20", 1162.5, QStringLiteral("frmBalance => optBalancingLine=1"));
     start();
     EXPECT_TRUE(session->pairing());
@@ -152,7 +155,7 @@ TEST_F(BalanceDialogTest, AnOptionThatIsOffChangesNothing)
     EXPECT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
 }
 
-TEST_F(BalanceDialogTest, DISABLED_ANewFileTakesTheBanksRowsUpToTheTargetAndTheMarkOnTheLast)
+TEST_F(BalanceDialogTest, ANewFileTakesTheBanksRowsUpToTheTargetAndTheMarkOnTheLast)
 {
     scripted(QStringLiteral("frmBalance => optNewPelkor=1"));
     begin(fileLine(1, "2025-04-30", QStringLiteral("יתרה התחלתית"), 0, 0, true),
