@@ -233,6 +233,12 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         table_->setFocus();
         m_.guarded(QStringLiteral("mnuPerformBankCoordination_Click"), [this] { m_.cmdBankCoordination_Click(); });
     });
+    mnuFindMatches_ = mnuActions_->addAction(QStringLiteral("מצא התאמות"));
+    mnuFindMatches_->setObjectName(QStringLiteral("mnuFindMatches"));
+    connect(mnuFindMatches_, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.guarded(QStringLiteral("mnuFindMatches_Click"), [this] { m_.mnuFindMatches_Click(); });
+    });
     mnuAddLineToFile_ = mnuActions_->addAction(controlCaption(QStringLiteral("mnuAddLineToFile")));
     mnuAddLineToFile_->setObjectName(QStringLiteral("mnuAddLineToFile"));
     connect(mnuAddLineToFile_, &QAction::triggered, this, [this] {
@@ -387,11 +393,18 @@ void frmMainView::showSession()
     mnuPerformBankCoordination_->setVisible(c.mnuPerformBankCoordination);
     mnuPerformBankCoordination_->setText(s.mnuPerformBankCoordinationCaption);
     mnuOpenAnotherPelkor_->setEnabled(s.mnuOpenAnotherPelkorEnabled);
+    mnuFindMatches_->setVisible(s.split && s.mnuFindMatches);
+    mnuFindMatches_->setEnabled(!m_.session().finder.searching);
     if (!s.split)
         return;
+    // In a session the actions menu holds what a session allows.
+    if (s.mnuFindMatches)
+        mnuActions_->menuAction()->setVisible(true);
     for (QWidget* w : std::initializer_list<QWidget*>{cmdIpus_, cmdSubtractFromTzefi_, cmdTzefi_})
         if (s.ledgerButtonsHidden)
             w->setVisible(false);
+    // Lines leave for another file only from the table of lines itself.
+    cmdMove_->setVisible(false);
     mnuSetIpusLine_->setEnabled(!s.ledgerButtonsHidden);
     mnuClose_->setEnabled(!s.ledgerButtonsHidden);
     if (s.reportsHidden) {

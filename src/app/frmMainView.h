@@ -95,6 +95,7 @@ private:
     ReconcileView* reconcile_ = nullptr;   // beside the grid in a reconciliation
     QPushButton* cmdBankCoordination_ = nullptr;
     QAction* mnuPerformBankCoordination_ = nullptr;
+    QAction* mnuFindMatches_ = nullptr;
     QAction* mnuAutomaticBankCoordination_ = nullptr;
     QPushButton* cmdDel_ = nullptr;
     QPushButton* cmdDelAll_ = nullptr;

@@ -68,6 +68,7 @@ frmMain::frmMain(Environment e, QObject* parent)
     noBankPage_ = std::make_unique<web::ScriptedWebView>();
     session_ = std::make_unique<reconcile::Session>(sessionParts());
     session_->shownChanged = [this] { emit changed(); };
+    session_->finder.changed = [this] { emit changed(); };
     finder_.setOtherGrid({&session_->bank.msfgBank, [this] { return session_->bank.iBankRowAboveRed; },
                           [this] { session_->links.followCursor(true); }});
     // Another process's write is noticed within a second. A tick that

@@ -212,6 +212,13 @@ public:
     // The page the bank menu shows in beside the grid (wbMain); until a
     // view gives one, a page host without a window serves.
     void setBankPage(web::WebView* page) { bankPage_ = page; }
+    // The page of proposed pairs (frmMatches' view), given by the view.
+    void setMatchesPage(web::WebView* page) { matchesPage_ = page; }
+    // "מצא התאמות": the proposed pairs in frmMatches; its buttons.
+    void mnuFindMatches_Click();
+    void frmMatches_cmdOK_Click();
+    void frmMatches_cmdCancel_Click();
+    void frmMatches_chkShowAll_Click(bool on);
     // ---- the File menu and the start's choice (frmMainFiles.cpp) ------
     // Open: a ledger chosen in the open dialog, or a new one made under a
     // name typed there. New: a new ledger named in a save dialog. Recent:
@@ -350,6 +357,7 @@ private:
                  }};
     charts::DailySummary daily_{dailyParts()};
     web::WebView* bankPage_ = nullptr;
+    web::WebView* matchesPage_ = nullptr;
     bool bankGridActive_ = false;
     std::unique_ptr<web::WebView> noBankPage_;
     std::unique_ptr<reconcile::Session> session_;

@@ -31,7 +31,7 @@ reconcile::SessionParts frmMain::sessionParts()
         {},
         // The page of proposed pairs has no window of its own yet: a page
         // host without one serves.
-        [this]() -> web::WebView& { return *noBankPage_; }};
+        [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; }};
     return p;
 }
 
@@ -125,6 +125,34 @@ void frmMain::endPartnerSearchAway(const grid::GridModel& g, bool isMain)
         session_->shown.cmdNext = false;
         emit changed();
     }
+}
+
+void frmMain::mnuFindMatches_Click()
+{
+    if (!session_->pairing() || session_->coord.isWaitingForDialog())
+        return;
+    if (edit_.loaded)
+        editor_.commitAll();
+    session_->mnuFindMatches_Click();
+    emit changed();
+}
+
+void frmMain::frmMatches_cmdOK_Click()
+{
+    session_->finder.cmdOK_Click();
+    emit changed();
+}
+
+void frmMain::frmMatches_cmdCancel_Click()
+{
+    session_->finder.cmdCancel_Click();
+    emit changed();
+}
+
+void frmMain::frmMatches_chkShowAll_Click(bool on)
+{
+    session_->finder.chkShowAll_Click(on);
+    emit changed();
 }
 
 void frmMain::cmdSpecialFind_Click()

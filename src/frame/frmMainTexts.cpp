@@ -232,6 +232,7 @@ bool frmMain::clickControl(const QString& name)
         {"cmdGoToAutomaticCoordination", false, &frmMain::cmdGoToAutomaticCoordination_Click},
         {"mnuAutomaticBankCoordination", false, &frmMain::mnuAutomaticBankCoordination_Click},
         {"cmdSpecialFind", false, &frmMain::cmdSpecialFind_Click},
+        {"mnuFindMatches", false, &frmMain::mnuFindMatches_Click},
         {"cmdNext", false, &frmMain::cmdNext_Click},
         {"cmdPrev", false, &frmMain::cmdPrev_Click},
         {"cmdMove", false, &frmMain::cmdMove_Click},

@@ -23,7 +23,8 @@ namespace pelkor {
 void frmMain::cmdMove_Click()
 {
     TraceScope t(trace_, QStringLiteral("cmdMove_Click"));
-    if (ledger_.lines.empty() || !ledger_.isCnOpen)
+    // A reconciliation works on its own copy of the lines: none leave it.
+    if (ledger_.lines.empty() || !ledger_.isCnOpen || session_->active())
         return;
     transfer::MoveParts parts{ledger_, instance_, grid_.msfgMain, ui_};
     parts.isConfirmedRow = [this](int row) { return grid_.msfgMain.text(row, colMark) == QLatin1String("v"); };

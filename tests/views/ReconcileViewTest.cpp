@@ -133,6 +133,18 @@ TEST_F(ReconcileViewTest, APairMadeAndUndoneByClicksAndASessionLeftWithTheFileAs
     EXPECT_EQ(m->session().bank.msfgBank.text(first, colMark), QString());
     EXPECT_TRUE(m->session().links.rowLinks.empty());
 
+    // The proposed pairs take the bank grid's place; Cancel brings it back.
+    m->mnuFindMatches_Click();
+    auto* matches = view->findChild<QWidget*>(QStringLiteral("frmMatches"));
+    ASSERT_NE(matches, nullptr);
+    ASSERT_TRUE(waitFor([&] { return matches->isVisible(); }));
+    EXPECT_FALSE(bank->isVisible());
+    view->grab().save(shot(QStringLiteral("reconcileMatches.png")));
+    matches->findChild<QAbstractButton*>(QStringLiteral("cmdCancel"))->click();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(matches->isVisible());
+    EXPECT_TRUE(bank->isVisible());
+
     button(QStringLiteral("cmdExitCoordination"))->click();
     QCoreApplication::processEvents();
     EXPECT_FALSE(m->session().active());

@@ -12,6 +12,7 @@
 #include <functional>
 
 class QCheckBox;
+class QDialog;
 class QLabel;
 class QPushButton;
 
@@ -41,6 +42,7 @@ private:
     std::function<void()> focusMain_;
     QLabel* lblBankInfo_ = nullptr;
     QLabel* lblBrowser_ = nullptr;
+    QLabel* lblParting_ = nullptr;
     web::QtWebView* wbMain_ = nullptr;
     grid::GridView* bank_ = nullptr;
     AmountLabel* lblBankTotalIn_ = nullptr;
@@ -59,6 +61,11 @@ private:
     QPushButton* cmdNext_ = nullptr;
     QPushButton* cmdPrev_ = nullptr;
     QCheckBox* chkShowCoordinatedRows_ = nullptr;
+    // frmMatches: the proposed pairs, over the main window.
+    QWidget* frmMatches_ = nullptr;
+    web::QtWebView* wbMatches_ = nullptr;
+    QCheckBox* chkShowAll_ = nullptr;
+    void makeMatchesWindow();
     int fills_ = -1;
 };
 
