@@ -1,6 +1,9 @@
 #include "reconcile/MatchPasses.h"
 
 #include <QDate>
+#include <QLatin1StringView>
+
+#include <cstdio>
 #include <QHash>
 
 #include <algorithm>
@@ -13,6 +16,23 @@ QString MatchPair::rows() const { return QStringLiteral("%1 %2").arg(iMain).arg(
 QString confirmTail(const QString& confirm, int n) { return confirm.size() <= n ? confirm : confirm.right(n); }
 
 namespace {
+
+// A day as the log writes it (dd/mm/yyyy), made without reading a pattern:
+// the log names a date for every line a search looks at.
+class DayText {
+public:
+    explicit DayText(qint64 day)
+    {
+        int y = 0, m = 0, d = 0;
+        QDate::fromJulianDay(day).getDate(&y, &m, &d);
+        std::snprintf(buf_, sizeof buf_, "%02d/%02d/%04d", d, m, y);
+    }
+    QLatin1StringView view() const { return QLatin1StringView(buf_); }
+
+private:
+    char buf_[16];
+};
+
 
 const char* const passEnds[] = {"end of 1st bank loop", "end of 2nd bank loop", "end of 3rd bank loop",
                                 "end of 4th bank loop", "end of 5th bank loop"};
@@ -98,9 +118,9 @@ private:
         const QString bankConfirm = confirmTail(br.confirm, in_.nDigits);
         const bool bankEmpty = bankConfirm.trimmed().isEmpty();
         if (log_)
-            *log_ << "iBank=" << iBank << " date is " << QDate::fromJulianDay(br.day).toString(QStringLiteral("dd/MM/yyyy"))
-                  << " bankMinDate=" << QDate::fromJulianDay(minDay).toString(QStringLiteral("dd/MM/yyyy"))
-                  << " bankMaxDate=" << QDate::fromJulianDay(maxDay).toString(QStringLiteral("dd/MM/yyyy"))
+            *log_ << "iBank=" << iBank << " date is " << DayText(br.day).view()
+                  << " bankMinDate=" << DayText(minDay).view()
+                  << " bankMaxDate=" << DayText(maxDay).view()
                   << " bankConfirm: -->" << bankConfirm << "<-- bankIn=" << br.in << " bankOut=" << br.out << '\n';
         if (window && bankEmpty)
             return;
@@ -169,7 +189,7 @@ private:
         default: fits = !bankEmpty && !mainEmpty && mainConfirm != bankConfirm && sumsEqual; break;
         }
         if (log_) {
-            *log_ << "iMain=" << iMain << " date is " << QDate::fromJulianDay(ln.day).toString(QStringLiteral("dd/MM/yyyy"))
+            *log_ << "iMain=" << iMain << " date is " << DayText(ln.day).view()
                   << " main confirm: -->" << mainConfirm << "<-- in=" << ln.in << " out=" << ln.out << '\n';
             if (!fits)
                 *log_ << "rows don't match\n";
