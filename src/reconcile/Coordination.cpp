@@ -120,14 +120,8 @@ void Coordination::oneToOne()
     }
     store::Transaction tx(led.cn);
     L.setInOutAndDate(k, bank.in, bank.out, bank.date);
-    const int link = L.addLinkOfMarked();
-    L.togglePaint(true);
-    L.togglePaint(true);
-    L.toggleBankPaint(true);
-    L.toggleBankPaint(true);
+    confirmMarked({});
     tx.commit();
-    L.highlightRowLink(link);
-    L.maybeHideNewRowLink(link);
     if (L.chkShowCoordinatedRows)
         putBackRows();
 }
@@ -170,25 +164,8 @@ void Coordination::oneToMany()
     out += first.out;
     store::Transaction tx(led.cn);
     L.setInOutAndDate(k, in, out, coordDate);
-    const int link = L.addLinkOfMarked();
-    const std::vector<QString> ids = L.paintedIDs.items();
-    const std::vector<int> rows = L.paintedBankRows.items();
-    L.suppressSummary = true;
-    for (const QString& id : ids) {
-        p_.links.main.msfgMain.setRow(L.getLineIndexByID(id) + 1);
-        L.togglePaint(true);
-        L.togglePaint(true);
-    }
-    for (int r : rows) {
-        bank.msfgBank.setRow(r);
-        L.toggleBankPaint(true);
-        L.toggleBankPaint(true);
-    }
+    confirmMarked({});
     tx.commit();
-    L.suppressSummary = false;
-    L.refreshMainSummaryLabels();
-    L.highlightRowLink(link);
-    L.maybeHideNewRowLink(link);
     if (L.chkShowCoordinatedRows)
         putBackRows();
 }
@@ -265,32 +242,43 @@ void Coordination::manyToOne()
     startDialog(lineDialogMultiplePelkorOneBank);
 }
 
+int Coordination::confirmMarked(const std::function<void(int lineIndex)>& beforeLine)
+{
+    RowLinks& L = p_.rowLinks;
+    const int link = L.addLinkOfMarked();
+    const std::vector<QString> ids = L.paintedIDs.items();
+    const std::vector<int> rows = L.paintedBankRows.items();
+    L.suppressSummary = true;
+    for (const QString& id : ids) {
+        const int k = L.getLineIndexByID(id);
+        if (beforeLine)
+            beforeLine(k);
+        p_.links.main.msfgMain.setRow(k + 1);
+        L.togglePaint(true);   // marked: cleared ...
+        L.togglePaint(true);   // ... then confirmed
+    }
+    for (int r : rows) {
+        p_.links.bank.msfgBank.setRow(r);
+        L.toggleBankPaint(true);
+        L.toggleBankPaint(true);
+    }
+    L.suppressSummary = false;
+    L.refreshMainSummaryLabels();
+    L.highlightRowLink(link);
+    L.maybeHideNewRowLink(link);
+    return link;
+}
+
 void Coordination::completeHandlingMultiplePelkorLines()
 {
     RowLinks& L = p_.rowLinks;
     OpenLedger& led = p_.links.ledger;
-    const int link = L.addLinkOfMarked();
-    const std::vector<QString> ids = L.paintedIDs.items();
-    const int bankRow = L.paintedBankRows[0];
-    L.suppressSummary = true;
     {
+        // The lines take the bank row's date as they are confirmed.
         store::Transaction tx(led.cn);
-        for (const QString& id : ids) {
-            const int k = L.getLineIndexByID(id);
-            L.setTheDate(k, coordDate);
-            p_.links.main.msfgMain.setRow(k + 1);
-            L.togglePaint(true);
-            L.togglePaint(true);
-        }
-        p_.links.bank.msfgBank.setRow(bankRow);
-        L.toggleBankPaint(true);
-        L.toggleBankPaint(true);
+        confirmMarked([&](int k) { L.setTheDate(k, coordDate); });
         tx.commit();
     }
-    L.highlightRowLink(link);
-    L.maybeHideNewRowLink(link);
-    L.suppressSummary = false;
-    L.refreshMainSummaryLabels();
     if (L.chkShowCoordinatedRows) {
         putBackRows();
         if (p_.focusGrid)

@@ -88,6 +88,9 @@ private:
     void oneToOne();
     void oneToMany();
     void manyToOne();
+    // A link of the marked rows, every one of them confirmed (each line
+    // after beforeLine(its index), when given) and the new pair lit.
+    int confirmMarked(const std::function<void(int lineIndex)>& beforeLine);
     void startDialog(NewLineDialogType type);
     void putBackRows();
     void addNewLinesOfDialog(NewLineDialogType type);

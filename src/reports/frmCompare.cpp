@@ -569,26 +569,8 @@ void frmCompare::cmdSave_Click()
     web::WebView* v = views_.wbReport[shown_.optKindsOrTypes];
     if (!v)
         return;
-    ui::FileDialogOptions spec;
-    spec.title = QStringLiteral("בחר שם לשמירה");
-    spec.filter = QStringLiteral("HTML (*.htm)|*.htm");
-    spec.defaultExt = QStringLiteral("htm");
-    spec.fileName = proposedSaveName();
-    const QString path = parts_.ui.saveFileDialog(spec);
-    if (path.isEmpty())
-        return;
-    QByteArray bytes;
-    const QString live = window_.pageHtml(*v);
-    if (!live.isEmpty()) {
-        bytes = web::pageBytes(live);
-    } else {
-        QFile written(pagePath(shown_.optKindsOrTypes == 1 ? kindReportFile : typeReportFile));
-        if (written.open(QIODevice::ReadOnly))
-            bytes = written.readAll();
-    }
-    QFile out(path);
-    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate) || out.write(bytes) != bytes.size())
-        parts_.ui.msgBox(QStringLiteral("לא ניתן לשמור את הקובץ ") + isolated(path), shown_.caption);
+    saveReportPage(parts_.ui, [this, v] { return window_.pageHtml(*v); },
+                   pagePath(shown_.optKindsOrTypes == 1 ? kindReportFile : typeReportFile), proposedSaveName(), shown_.caption);
 }
 
 void frmCompare::cmdPrintPreview_Click()

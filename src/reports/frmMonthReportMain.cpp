@@ -466,31 +466,38 @@ QString frmMonthReportMain::proposedSaveName() const
         + QStringLiteral(" עד ") + to;
 }
 
-void frmMonthReportMain::cmdSave_Click()
+void saveReportPage(ui::Ui& ui, const std::function<QString()>& livePage, const QString& writtenPath,
+                    const QString& proposedName, const QString& caption)
 {
-    web::WebView* v = activeReport();
-    if (!v)
-        return;
     ui::FileDialogOptions spec;
     spec.title = QStringLiteral("בחר שם לשמירה");
     spec.filter = QStringLiteral("HTML (*.htm)|*.htm");
     spec.defaultExt = QStringLiteral("htm");
-    spec.fileName = proposedSaveName();
-    const QString path = parts_.ui.saveFileDialog(spec);
+    spec.fileName = proposedName;
+    const QString path = ui.saveFileDialog(spec);
     if (path.isEmpty())
         return;
     QByteArray bytes;
-    const QString live = window_.pageHtml(*v);
+    const QString live = livePage();
     if (!live.isEmpty()) {
         bytes = web::pageBytes(live);
     } else {
-        QFile written(pagePath(shown_.optKindsOrTypes == 1 ? kindReportFile : typeReportFile));
+        QFile written(writtenPath);
         if (written.open(QIODevice::ReadOnly))
             bytes = written.readAll();
     }
     QFile out(path);
     if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate) || out.write(bytes) != bytes.size())
-        parts_.ui.msgBox(QStringLiteral("לא ניתן לשמור את הקובץ ") + isolated(path), shown_.caption);
+        ui.msgBox(QStringLiteral("לא ניתן לשמור את הקובץ ") + isolated(path), caption);
+}
+
+void frmMonthReportMain::cmdSave_Click()
+{
+    web::WebView* v = activeReport();
+    if (!v)
+        return;
+    saveReportPage(parts_.ui, [this, v] { return window_.pageHtml(*v); },
+                   pagePath(shown_.optKindsOrTypes == 1 ? kindReportFile : typeReportFile), proposedSaveName(), shown_.caption);
 }
 
 void frmMonthReportMain::cmdPrintPreview_Click()

@@ -77,6 +77,13 @@ struct ReportParts {
     MeasureText measure = estimatedTextWidth;
 };
 
+// A report window's save: the user names a file (proposedName offered),
+// which takes the live page as it stands (livePage, asked only once a name
+// is chosen; empty: none) or else the page as written (writtenPath). A
+// failure is told under caption.
+void saveReportPage(ui::Ui& ui, const std::function<QString()>& livePage, const QString& writtenPath,
+                    const QString& proposedName, const QString& caption);
+
 // The four views: index 1 the kinds, 0 the types (may be null when the
 // file has no type categories).
 struct ReportViews {

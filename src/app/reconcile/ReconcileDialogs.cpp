@@ -13,6 +13,26 @@
 
 namespace pelkor::ui {
 
+namespace {
+
+// The row of אישור (the default) and ביטול at the foot of a dialog, bound
+// to the logic's cmdOK and cmdCancel.
+QHBoxLayout* okCancelRow(QDialog* d, const Dialog& logic, DialogBinder& binder)
+{
+    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), d), QStringLiteral("cmdOK"));
+    auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), d), QStringLiteral("cmdCancel"));
+    cmdOK->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    binder.bindButton(QStringLiteral("cmdOK"), cmdOK);
+    binder.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
+    return buttons;
+}
+
+} // namespace
+
 frmSelectAccountView::frmSelectAccountView(reconcile::frmSelectAccount& logic, QWidget* parent)
     : QDialog(parent), binder_(logic, *this)
 {
@@ -28,13 +48,7 @@ frmSelectAccountView::frmSelectAccountView(reconcile::frmSelectAccount& logic, Q
             list->addItems(c.items);
     if (list->count() > 0)
         list->setCurrentRow(0);
-    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
-    auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), this), QStringLiteral("cmdCancel"));
-    cmdOK->setDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    auto* buttons = okCancelRow(this, logic, binder_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(label);
     layout->addWidget(list, 1);
@@ -48,8 +62,6 @@ frmSelectAccountView::frmSelectAccountView(reconcile::frmSelectAccount& logic, Q
         logic.List1_DblClick();
         binder_.sync();
     });
-    binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
-    binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
     binder_.sync();
 }
 
@@ -62,21 +74,13 @@ frmSetTargetDateView::frmSetTargetDateView(reconcile::frmSetTargetDate& logic, Q
     text->setWordWrap(true);
     auto* txtDate = named(new QLineEdit(this), QStringLiteral("txtDate"), QStringLiteral("תאריך ההתאמה"));
     txtDate->setPlaceholderText(QStringLiteral("dd/mm/yyyy"));
-    auto* cmdOK = named(new QPushButton(logic.label(QStringLiteral("cmdOK")), this), QStringLiteral("cmdOK"));
-    auto* cmdCancel = named(new QPushButton(logic.label(QStringLiteral("cmdCancel")), this), QStringLiteral("cmdCancel"));
-    cmdOK->setDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    auto* buttons = okCancelRow(this, logic, binder_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(text);
     layout->addWidget(txtDate);
     layout->addLayout(buttons);
     setMinimumWidth(320);
     binder_.bindText(QStringLiteral("txtDate"), txtDate);
-    binder_.bindButton(QStringLiteral("cmdOK"), cmdOK);
-    binder_.bindButton(QStringLiteral("cmdCancel"), cmdCancel);
     binder_.sync();
 }
 

@@ -70,7 +70,8 @@ ReconcileView::ReconcileView(frmMain& logic, std::function<void()> focusMain, QW
     col->addWidget(lblParting_);
 
     // The bank menu: a bank's site opens in the user's own browser.
-    wbMain_ = named(new web::QtWebView(this), QStringLiteral("wbMain"), QStringLiteral("רשימת הבנקים"));
+    wbMain_ = named(new web::QtWebView(this), QStringLiteral("wbMain"));
+    wbMain_->setSpokenName(QStringLiteral("רשימת הבנקים"));
     lblBrowser_ = named(new QLabel(this), QStringLiteral("lblBrowser"));
     lblBrowser_->setWordWrap(true);
     connect(wbMain_->engineView()->page(), &QWebEnginePage::newWindowRequested, this,
@@ -164,7 +165,8 @@ void ReconcileView::makeMatchesWindow()
     bold.setBold(true);
     title->setFont(bold);
     col->addWidget(title);
-    wbMatches_ = named(new web::QtWebView(frmMatches_), QStringLiteral("wbMatches"), QStringLiteral("ההתאמות המוצעות"));
+    wbMatches_ = named(new web::QtWebView(frmMatches_), QStringLiteral("wbMatches"));
+    wbMatches_->setSpokenName(QStringLiteral("ההתאמות המוצעות"));
     col->addWidget(wbMatches_, 1);
     auto* row = new QHBoxLayout();
     chkShowAll_ = named(new QCheckBox(QStringLiteral("הצג הכל"), frmMatches_), QStringLiteral("chkShowAll"));
