@@ -8,6 +8,7 @@
 #include "app/frmFindView.h"
 #include "app/reports/frmCompareView.h"
 #include "app/reports/frmMonthReportMainView.h"
+#include "app/web/frmWaitMessageView.h"
 #include "app/grid/GridView.h"
 #include "file/Display.h"
 #include "frame/Controls.h"
@@ -302,6 +303,8 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         m_.guarded(QStringLiteral("mnuResetBankData_Click"), [this] { m_.mnuResetBankData_Click(); });
     });
     mnuInvoiceKinds_ = frameAction(mnuDefs_, QStringLiteral("mnuInvoiceKinds"));
+    frameAction(mnuDefs_, QStringLiteral("mnuMaxDayDiffForMatch"));
+    frameAction(mnuDefs_, QStringLiteral("mnuNDigitsForConfirmComparison"));
 
     connect(&m_, &frmMain::changed, this, &frmMainView::mirror);
     connect(&m_, &frmMain::loaded, this, &frmMainView::reload);
@@ -394,7 +397,19 @@ void frmMainView::showSession()
     mnuPerformBankCoordination_->setText(s.mnuPerformBankCoordinationCaption);
     mnuOpenAnotherPelkor_->setEnabled(s.mnuOpenAnotherPelkorEnabled);
     mnuFindMatches_->setVisible(s.split && s.mnuFindMatches);
-    mnuFindMatches_->setEnabled(!m_.session().finder.searching);
+    const reconcile::MatchFinder& finder = m_.session().finder;
+    mnuFindMatches_->setEnabled(!finder.searching);
+    // A search takes the window's input until it ends; a long one says so.
+    centralWidget()->setEnabled(!finder.searching);
+    menuBar()->setEnabled(!finder.searching);
+    if (finder.waitNotice && !waitNotice_) {
+        waitNotice_ = new web::frmWaitMessageView(m_.programDir(), this);
+        waitNotice_->logic().showMessage(QStringLiteral("מחפש התאמות"));
+    } else if (!finder.waitNotice && waitNotice_) {
+        waitNotice_->logic().close();
+        waitNotice_->deleteLater();
+        waitNotice_ = nullptr;
+    }
     if (!s.split)
         return;
     // In a session the actions menu holds what a session allows.

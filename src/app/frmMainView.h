@@ -19,6 +19,7 @@ class QMenu;
 class QPushButton;
 
 namespace pelkor::grid { class GridView; }
+namespace pelkor::web { class frmWaitMessageView; }
 
 class QComboBox;
 
@@ -86,6 +87,7 @@ private:
     QPushButton* cmdAdd_ = nullptr;
     QAction* mnuAddConstantTransactions_ = nullptr;
     QAction* mnuMoveDates_ = nullptr;
+    web::frmWaitMessageView* waitNotice_ = nullptr;   // "מחפש התאמות" over a long search
     QAction* mnuInvoiceKinds_ = nullptr;
     QMenu* mnuReports_ = nullptr;
     QAction* mnuDailySummary_ = nullptr;

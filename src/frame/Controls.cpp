@@ -85,6 +85,8 @@ QString controlCaption(const QString& name)
         {"mnuMoveDates", "הזזת תאריכים..."},
         {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
         {"mnuCompare", "השוואה בין תקופות..."},
+        {"mnuMaxDayDiffForMatch", "הבדל ימים מירבי להתאמה"},
+        {"mnuNDigitsForConfirmComparison", "מספר ספרות להשוואת אסמכתאות"},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

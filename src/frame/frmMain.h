@@ -79,6 +79,7 @@ public:
 
     // ---- the parts ----------------------------------------------------
     Instance& instance() { return instance_; }
+    const QString& programDir() const { return env_.paths.programDir; }
     const Instance& instance() const { return instance_; }
     OpenLedger& ledger() { return ledger_; }
     const OpenLedger& ledger() const { return ledger_; }
@@ -219,6 +220,14 @@ public:
     void frmMatches_cmdOK_Click();
     void frmMatches_cmdCancel_Click();
     void frmMatches_chkShowAll_Click(bool on);
+    void frmMatches_cmdRefreshMatches_Click();
+    // The invitation to let the pairs be found: cmdGo searches, cmdClose
+    // only folds the invitation away.
+    void frmButton_cmdGo_Click();
+    void frmButton_cmdClose_Click();
+    // The match finder's settings.
+    void mnuMaxDayDiffForMatch_Click();
+    void mnuNDigitsForConfirmComparison_Click();
     // ---- the File menu and the start's choice (frmMainFiles.cpp) ------
     // Open: a ledger chosen in the open dialog, or a new one made under a
     // name typed there. New: a new ledger named in a save dialog. Recent:

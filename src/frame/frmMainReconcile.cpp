@@ -6,7 +6,11 @@
 #include "file/Loader.h"
 #include "file/Display.h"
 #include "ledger/Zeroing.h"
+#include "reconcile/frmMatchSettings.h"
+#include "seams/ui/Ui.h"
 #include "seams/web/ScriptedWebView.h"
+
+#include <QCoreApplication>
 
 namespace pelkor {
 
@@ -32,6 +36,12 @@ reconcile::SessionParts frmMain::sessionParts()
         // The page of proposed pairs has no window of its own yet: a page
         // host without one serves.
         [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; }};
+    // A long search of pairs lets the window paint its wait notice; the
+    // user's input waits for the end.
+    p.letEventsRun = [this] {
+        emit changed();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    };
     return p;
 }
 
@@ -153,6 +163,38 @@ void frmMain::frmMatches_chkShowAll_Click(bool on)
 {
     session_->finder.chkShowAll_Click(on);
     emit changed();
+}
+
+void frmMain::frmMatches_cmdRefreshMatches_Click()
+{
+    session_->finder.refreshMatchesNow();
+    emit changed();
+}
+
+void frmMain::frmButton_cmdGo_Click()
+{
+    session_->shown.frmButtonShrunk = true;
+    mnuFindMatches_Click();
+}
+
+void frmMain::frmButton_cmdClose_Click()
+{
+    session_->shown.frmButtonShrunk = true;
+    emit changed();
+}
+
+void frmMain::mnuMaxDayDiffForMatch_Click()
+{
+    auto dlg = reconcile::frmMatchSetting::maxDayDiff(ledger_.maxDayDiffForMatch, ui_);
+    if (ui_.runDialog(dlg))
+        ledger_.maxDayDiffForMatch = dlg.value();
+}
+
+void frmMain::mnuNDigitsForConfirmComparison_Click()
+{
+    auto dlg = reconcile::frmMatchSetting::nDigits(ledger_.nDigitsForConfirmComparison, ui_);
+    if (ui_.runDialog(dlg))
+        ledger_.nDigitsForConfirmComparison = dlg.value();
 }
 
 void frmMain::cmdSpecialFind_Click()

@@ -233,6 +233,8 @@ bool frmMain::clickControl(const QString& name)
         {"mnuAutomaticBankCoordination", false, &frmMain::mnuAutomaticBankCoordination_Click},
         {"cmdSpecialFind", false, &frmMain::cmdSpecialFind_Click},
         {"mnuFindMatches", false, &frmMain::mnuFindMatches_Click},
+        {"mnuMaxDayDiffForMatch", false, &frmMain::mnuMaxDayDiffForMatch_Click},
+        {"mnuNDigitsForConfirmComparison", false, &frmMain::mnuNDigitsForConfirmComparison_Click},
         {"cmdNext", false, &frmMain::cmdNext_Click},
         {"cmdPrev", false, &frmMain::cmdPrev_Click},
         {"cmdMove", false, &frmMain::cmdMove_Click},

@@ -10,6 +10,8 @@
 #include "seams/web/Html.h"
 #include "seams/web/WebView.h"
 
+#include <QElapsedTimer>
+
 #include <QFile>
 #include <QSaveFile>
 
@@ -156,9 +158,23 @@ void MatchFinder::reallyRefreshMatchesNow()
     in.nDigits = led.nDigitsForConfirmComparison;
     in.maxDayDiff = led.maxDayDiffForMatch;
     in.rejected = pageThere ? &rejectedMatches : nullptr;
+    // The wait notice comes when a search has run a second; from then on the
+    // window paints between bank rows.
+    QElapsedTimer running;
+    running.start();
+    in.pause = [this, &running] {
+        if (!p_.letEventsRun || running.elapsed() < 1000)
+            return;
+        if (!waitNotice) {
+            waitNotice = true;
+            if (changed)
+                changed();
+        }
+        p_.letEventsRun();
+    };
     matches = runMatchPasses(in, mainTaken, bankTaken, logging ? &log : nullptr);
 
-    searching = false;
+    searching = waitNotice = false;
     if (logging) {
         log.flush();
         logFile.commit();
@@ -178,6 +194,16 @@ void MatchFinder::reallyRefreshMatchesNow()
     if (changed)
         changed();
 }
+
+int MatchFinder::pageWidth() const
+{
+    int w = (630 + 1725 + (matches.size() > 9 ? 325 : 0)) / twipsPerPixel;
+    for (int c = colKind; c <= colOut; ++c)
+        w += std::max(p_.main.msfgMain.ColWidth(c), 0) / twipsPerPixel;
+    return w;
+}
+
+int MatchFinder::pageHeight() const { return int(std::min<size_t>(9, matches.size())) * 45 + 72; }
 
 QString MatchFinder::pageHtml(int n) const
 {

@@ -44,6 +44,8 @@ struct MatchParts {
     ui::Ui& ui;
     std::function<web::WebView&()> wb;   // frmMatches' page
     QString tempPath, logDirectory;      // end with a separator
+    // Lets pending events run (not the user's): the wait notice paints.
+    std::function<void()> letEventsRun;
 };
 
 // The colours of the page: by grade, darker for a better proof.
@@ -62,6 +64,7 @@ public:
     bool frmMatchesVisible = false;
     bool chkShowAll = false;
     bool searching = false;                        // the main window and the menu entry are off
+    bool waitNotice = false;                       // "מחפש התאמות" is shown: the search is long
     // The window shows or hides frmMatches, or disables the main window.
     std::function<void()> changed;
 
@@ -79,6 +82,12 @@ public:
     // The page's text for the pairs in matches, the first n new.
     QString pageHtml(int n) const;
     QString pagePath() const { return p_.tempPath + QStringLiteral("matchPage.htm"); }
+    // The page's size in pixels for the pairs in matches: as wide as its
+    // header (the main grid's columns from kind to expense, the place cell
+    // and the pictures' cell, and room for a scroll bar past nine pairs),
+    // as high as nine pairs at most.
+    int pageWidth() const;
+    int pageHeight() const;
 
 private:
     void nothingFound();

@@ -51,6 +51,7 @@ struct Prepared {
     // Line indexes (from the first line below the red line) in grid order.
     QHash<QString, std::vector<int>> byTail;
     QHash<SumsKey, std::vector<int>> emptyBySums;
+    QHash<SumsKey, std::vector<int>> bySums;
 };
 
 // The first index in list whose line is dated on or after day.
@@ -68,14 +69,13 @@ public:
         p_.tails.resize(lines_.size());
         p_.emptyRef.resize(lines_.size());
         p_.days.resize(lines_.size());
-        all_.reserve(lines_.size());
         for (size_t i = 0; i < lines_.size(); ++i) {
             p_.days[i] = lines_[i].day;
             if (int(i) < first)
                 continue;
             p_.tails[i] = confirmTail(lines_[i].confirm, in.nDigits);
             p_.emptyRef[i] = p_.tails[i].trimmed().isEmpty();
-            all_.push_back(int(i));
+            p_.bySums[SumsKey{lines_[i].in, lines_[i].out}].push_back(int(i));
             if (!p_.emptyRef[i])
                 p_.byTail[p_.tails[i]].push_back(int(i));
             else
@@ -89,8 +89,11 @@ public:
         for (int pass = 0; pass < 5; ++pass) {
             if (log_)
                 *log_ << "=== " << QString(QStringLiteral("%1 ").arg(pass + 1)).repeated(33) << "===\n";
-            for (int b = std::max(in_.iBankRowAboveRed, 0); b < int(bank_.size()); ++b)
+            for (int b = std::max(in_.iBankRowAboveRed, 0); b < int(bank_.size()); ++b) {
+                if (in_.pause && (b & 255) == 0)
+                    in_.pause();
                 bankRow(pass, b, out);
+            }
             if (log_)
                 *log_ << passEnds[pass] << '\n';
         }
@@ -126,7 +129,7 @@ private:
             return;
         if (log_)
             *log_ << "--- " << pass + 1 << " ------------------------------------------------\n";
-        const std::vector<int>* list = &all_;
+        const std::vector<int>* list = nullptr;
         switch (pass) {
         case 0:
         case 2: {
@@ -139,8 +142,12 @@ private:
             list = it == p_.emptyBySums.cend() ? nullptr : &it.value();
             break;
         }
-        default:
+        default: {
+            // The same-day passes want equal sums.
+            auto it = p_.bySums.constFind(SumsKey{br.in, br.out});
+            list = it == p_.bySums.cend() ? nullptr : &it.value();
             break;
+        }
         }
         if (list) {
             for (auto it = firstFrom(*list, p_.days, minDay); it != list->end(); ++it) {
@@ -204,7 +211,6 @@ private:
     std::vector<char>& bankTaken_;
     QTextStream* log_;
     Prepared p_;
-    std::vector<int> all_;
 };
 
 } // namespace

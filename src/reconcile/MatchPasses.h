@@ -22,6 +22,7 @@
 #include <QTextStream>
 
 #include <QSet>
+#include <functional>
 #include <vector>
 
 namespace pelkor::reconcile {
@@ -55,6 +56,9 @@ struct MatchInput {
     int maxDayDiff = 30;
     // Row pairs ("<iMain> <iBank>") that the user rejected in this search.
     const QSet<QString>* rejected = nullptr;
+    // Called between bank rows now and then, so that a long search can let
+    // the window show that it is working.
+    std::function<void()> pause;
 };
 
 // The right end of a reference: its last n characters, or the whole text

@@ -46,7 +46,8 @@ Session::Session(SessionParts parts)
                               },
                               [this] { compareFinalBalances(); }, parts.focusGrid}),
       finder(MatchParts{parts.ledger, parts.main, bank, links, coord, parts.ui, parts.wbMatches, parts.tempPath,
-                        parts.instance.logDirectory.isEmpty() ? parts.tempPath : parts.instance.logDirectory + QLatin1Char('/')}),
+                        parts.instance.logDirectory.isEmpty() ? parts.tempPath : parts.instance.logDirectory + QLatin1Char('/'),
+                        parts.letEventsRun}),
       p_(std::move(parts))
 {
     links.summariesChanged = [this] { refreshSummaries(); };
@@ -459,6 +460,7 @@ void Session::openPairing(int lastRow)
     shown.cmdGoToAutomaticCoordination = false;
     shown.lblParting.clear();
     shown.frmButton = true;
+    shown.frmButtonShrunk = false;
     shown.mnuFindMatches = shown.cmdCoordinate = shown.chkShowCoordinatedRows = true;
     shown.cmdSpecialFind = shown.cmdSetTargetDate = shown.cmdExitCoordination = true;
     shown.reportsHidden = shown.ledgerButtonsHidden = true;

@@ -66,6 +66,7 @@ struct SessionShown {
     bool mnuFindMatches = false;
     bool cmdGoToAutomaticCoordination = false;  // the file and the bank disagree
     bool frmButton = false;
+    bool frmButtonShrunk = false;         // cmdClose hidden, the invitation folded
     QString lblParting;                   // the disagreement screen: where the balances part
     // The ledger's controls the session takes away.
     bool ledgerButtonsHidden = false;     // cmdIpus, cmdSubtractFromTzefi, cmdTzefi, cmdClose; mnuSetIpusLine, mnuClose off
@@ -101,6 +102,8 @@ struct SessionParts {
     // Starts the statement importer for the bound bank; null: none here.
     std::function<void()> callDataDownloader;
     std::function<web::WebView&()> wbMatches;   // the page of proposed pairs
+    // Lets pending events run, the user's excepted (a long search).
+    std::function<void()> letEventsRun;
 };
 
 class Session {

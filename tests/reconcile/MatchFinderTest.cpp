@@ -2,6 +2,7 @@
 // generated rows, a stronger proof winning a row, and decisions on the page
 // kept, refused and applied across searches.
 #include "reconcile/MatchFinder.h"
+#include "reconcile/frmMatchSettings.h"
 
 #include "SessionFixture.h"
 #include "seams/web/ScriptedWebView.h"
@@ -234,6 +235,42 @@ TEST_F(MatchFinderTest, OkPairsTheAcceptedRowsAsByHandAndLeavesTheRest)
     answer({});
     finder.findMatchesNow();
     EXPECT_TRUE(prompts().join(u'\n').contains(QStringLiteral("לא נמצאו התאמות")));
+}
+
+} // namespace
+
+namespace {
+
+// The two settings refuse what is not a whole number in range and keep
+// the dialog open until the value is good.
+TEST_F(FeedTest, MatchSettingsStayOpenUntilTheValueIsGood)
+{
+    scripted(QString());
+    auto days = frmMatchSetting::maxDayDiff(30, forward);
+    EXPECT_EQ(days.control(QStringLiteral("txtMaxDiff")), QStringLiteral("30"));
+    for (const char* bad : {"abc", "", "4.5", "41", "-1"}) {
+        days.setControl(QStringLiteral("txtMaxDiff"), QString::fromLatin1(bad));
+        days.click(QStringLiteral("cmdOK"));
+        EXPECT_FALSE(days.isClosed()) << bad;
+    }
+    days.setControl(QStringLiteral("txtMaxDiff"), QStringLiteral("0"));
+    days.click(QStringLiteral("cmdOK"));
+    EXPECT_TRUE(days.accepted());
+    EXPECT_EQ(days.value(), 0);
+
+    auto digits = frmMatchSetting::nDigits(4, forward);
+    digits.setControl(QStringLiteral("txtNDigits"), QStringLiteral("9"));
+    digits.click(QStringLiteral("cmdOK"));
+    digits.setControl(QStringLiteral("txtNDigits"), QStringLiteral("2"));
+    digits.click(QStringLiteral("cmdOK"));
+    EXPECT_FALSE(digits.isClosed());
+    digits.click(QStringLiteral("cmdCancel"));
+    EXPECT_EQ(digits.value(), 4);
+
+    const QString said = prompts().join(u'\n');
+    EXPECT_EQ(said.count(QStringLiteral("יש למלא מספר")), 3);
+    EXPECT_EQ(said.count(QStringLiteral("על המספר להיות בין 0 ל- 40")), 2);
+    EXPECT_EQ(said.count(QStringLiteral("על המספר להיות בין 3 ל- 8")), 2);
 }
 
 } // namespace

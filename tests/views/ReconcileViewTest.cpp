@@ -9,6 +9,7 @@
 #include "seams/grid/GridTableModel.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QMouseEvent>
@@ -133,17 +134,24 @@ TEST_F(ReconcileViewTest, APairMadeAndUndoneByClicksAndASessionLeftWithTheFileAs
     EXPECT_EQ(m->session().bank.msfgBank.text(first, colMark), QString());
     EXPECT_TRUE(m->session().links.rowLinks.empty());
 
-    // The proposed pairs take the bank grid's place; Cancel brings it back.
-    m->mnuFindMatches_Click();
+    // The invitation starts the search; the proposed pairs come in a window
+    // of their own that holds the main window until it is left.
+    auto* invitation = view->findChild<QWidget*>(QStringLiteral("frmButton"));
+    ASSERT_NE(invitation, nullptr);
+    EXPECT_TRUE(invitation->isVisible());
+    invitation->findChild<QAbstractButton*>(QStringLiteral("cmdGo"))->click();
     auto* matches = view->findChild<QWidget*>(QStringLiteral("frmMatches"));
     ASSERT_NE(matches, nullptr);
     ASSERT_TRUE(waitFor([&] { return matches->isVisible(); }));
-    EXPECT_FALSE(bank->isVisible());
-    view->grab().save(shot(QStringLiteral("reconcileMatches.png")));
+    EXPECT_TRUE(matches->isWindow());
+    EXPECT_EQ(matches->windowTitle(), QStringLiteral("התאמות"));
+    EXPECT_EQ(QApplication::activeModalWidget(), matches);
+    EXPECT_FALSE(invitation->findChild<QAbstractButton*>(QStringLiteral("cmdClose"))->isVisible());
+    matches->grab().save(shot(QStringLiteral("reconcileMatches.png")));
     matches->findChild<QAbstractButton*>(QStringLiteral("cmdCancel"))->click();
     QCoreApplication::processEvents();
     EXPECT_FALSE(matches->isVisible());
-    EXPECT_TRUE(bank->isVisible());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 
     button(QStringLiteral("cmdExitCoordination"))->click();
     QCoreApplication::processEvents();

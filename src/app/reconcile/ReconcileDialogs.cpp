@@ -84,6 +84,25 @@ frmSetTargetDateView::frmSetTargetDateView(reconcile::frmSetTargetDate& logic, Q
     binder_.sync();
 }
 
+frmMatchSettingView::frmMatchSettingView(reconcile::frmMatchSetting& logic, QWidget* parent)
+    : QDialog(parent), binder_(logic, *this)
+{
+    setObjectName(logic.name());
+    setLayoutDirection(Qt::RightToLeft);
+    setWindowTitle(logic.caption());
+    auto* box = named(new QLineEdit(this), logic.box(), logic.caption());
+    auto* buttons = okCancelRow(this, logic, binder_);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(new QLabel(logic.caption(), this));
+    layout->addWidget(box);
+    layout->addLayout(buttons);
+    setMinimumWidth(280);
+    binder_.bindText(logic.box(), box);
+    binder_.sync();
+    // The current value is selected, so that typing replaces it.
+    box->selectAll();
+}
+
 frmBalanceView::frmBalanceView(reconcile::frmBalance& logic, QWidget* parent)
     : QDialog(parent), binder_(logic, *this)
 {

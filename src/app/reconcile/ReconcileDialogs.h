@@ -7,6 +7,7 @@
 #include "app/ui/DialogBinder.h"
 #include "reconcile/frmBalance.h"
 #include "reconcile/frmSelectAccount.h"
+#include "reconcile/frmMatchSettings.h"
 #include "reconcile/frmSetTargetDate.h"
 
 #include <QDialog>
@@ -24,6 +25,15 @@ private:
 class frmSetTargetDateView : public QDialog {
 public:
     explicit frmSetTargetDateView(reconcile::frmSetTargetDate& logic, QWidget* parent = nullptr);
+
+private:
+    DialogBinder binder_;
+};
+
+// Either of the match finder's settings: one number, selected on focus.
+class frmMatchSettingView : public QDialog {
+public:
+    explicit frmMatchSettingView(reconcile::frmMatchSetting& logic, QWidget* parent = nullptr);
 
 private:
     DialogBinder binder_;

@@ -1,5 +1,6 @@
 #include "app/reconcile/ReconcileView.h"
 
+#include "app/reconcile/MatchesWindow.h"
 #include "app/AmountLabel.h"
 #include "app/Named.h"
 #include "app/grid/GridView.h"
@@ -63,6 +64,8 @@ ReconcileView::ReconcileView(frmMain& logic, std::function<void()> focusMain, QW
     bold.setBold(true);
     lblBankInfo_->setFont(bold);
     col->addWidget(lblBankInfo_);
+    frmButton_ = new frmButtonView(m_, this);
+    col->addWidget(frmButton_);
     // Where the file and the bank part, while they disagree.
     lblParting_ = named(new QLabel(this), QStringLiteral("lblParting"));
     lblParting_->setWordWrap(true);
@@ -154,39 +157,8 @@ ReconcileView::ReconcileView(frmMain& logic, std::function<void()> focusMain, QW
 
 void ReconcileView::makeMatchesWindow()
 {
-    // The proposed pairs take the bank grid's place while they are decided.
-    frmMatches_ = new QWidget(this);
-    frmMatches_->setObjectName(QStringLiteral("frmMatches"));
-    frmMatches_->setAccessibleName(QStringLiteral("התאמות מוצעות"));
-    auto* col = new QVBoxLayout(frmMatches_);
-    col->setContentsMargins(0, 0, 0, 0);
-    auto* title = new QLabel(QStringLiteral("התאמות מוצעות"), frmMatches_);
-    QFont bold = title->font();
-    bold.setBold(true);
-    title->setFont(bold);
-    col->addWidget(title);
-    wbMatches_ = named(new web::QtWebView(frmMatches_), QStringLiteral("wbMatches"));
-    wbMatches_->setSpokenName(QStringLiteral("ההתאמות המוצעות"));
-    col->addWidget(wbMatches_, 1);
-    auto* row = new QHBoxLayout();
-    chkShowAll_ = named(new QCheckBox(QStringLiteral("הצג הכל"), frmMatches_), QStringLiteral("chkShowAll"));
-    auto* ok = named(new QPushButton(QStringLiteral("אישור"), frmMatches_), QStringLiteral("cmdOK"));
-    auto* cancel = named(new QPushButton(QStringLiteral("ביטול"), frmMatches_), QStringLiteral("cmdCancel"));
-    row->addWidget(chkShowAll_);
-    row->addStretch(1);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    col->addLayout(row);
-    frmMatches_->setVisible(false);
-    static_cast<QVBoxLayout*>(layout())->insertWidget(layout()->indexOf(bank_), frmMatches_, 3);
-    connect(ok, &QPushButton::clicked, this,
-            [this] { m_.guarded(QStringLiteral("frmMatches.cmdOK_Click"), [this] { m_.frmMatches_cmdOK_Click(); }); });
-    connect(cancel, &QPushButton::clicked, this,
-            [this] { m_.guarded(QStringLiteral("frmMatches.cmdCancel_Click"), [this] { m_.frmMatches_cmdCancel_Click(); }); });
-    connect(chkShowAll_, &QCheckBox::toggled, this, [this](bool on) {
-        m_.guarded(QStringLiteral("frmMatches.chkShowAll_Click"), [this, on] { m_.frmMatches_chkShowAll_Click(on); });
-    });
-    m_.setMatchesPage(wbMatches_);
+    frmMatches_ = new frmMatchesView(m_, this);
+    m_.setMatchesPage(frmMatches_->page());
 }
 
 void ReconcileView::click(const QString& name, const std::function<void()>& act)
@@ -234,14 +206,8 @@ void ReconcileView::mirror()
         const QSignalBlocker block(chkShowCoordinatedRows_);
         chkShowCoordinatedRows_->setChecked(s.chkShowCoordinatedRowsValue);
     }
-    const reconcile::MatchFinder& finder = m_.session().finder;
-    frmMatches_->setVisible(s.split && finder.frmMatchesVisible);
-    if (finder.frmMatchesVisible)
-        bank_->setVisible(false);
-    {
-        const QSignalBlocker block(chkShowAll_);
-        chkShowAll_->setChecked(finder.chkShowAll);
-    }
+    frmButton_->mirror();
+    frmMatches_->mirror();
     lblBankTotalIn_->setAmount(s.bankMarks.totalIn);
     lblBankTotalOut_->setAmount(s.bankMarks.totalOut);
     lblBankLinesSelected_->setText(s.bankMarks.linesSelected);

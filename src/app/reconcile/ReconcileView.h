@@ -22,6 +22,8 @@ namespace pelkor::web { class QtWebView; }
 namespace pelkor {
 
 class frmMain;
+class frmButtonView;
+class frmMatchesView;
 class AmountLabel;
 
 class ReconcileView : public QWidget {
@@ -61,10 +63,10 @@ private:
     QPushButton* cmdNext_ = nullptr;
     QPushButton* cmdPrev_ = nullptr;
     QCheckBox* chkShowCoordinatedRows_ = nullptr;
-    // frmMatches: the proposed pairs, over the main window.
-    QWidget* frmMatches_ = nullptr;
-    web::QtWebView* wbMatches_ = nullptr;
-    QCheckBox* chkShowAll_ = nullptr;
+    // frmMatches: the proposed pairs, over the main window; frmButton: the
+    // invitation to find them.
+    frmMatchesView* frmMatches_ = nullptr;
+    frmButtonView* frmButton_ = nullptr;
     void makeMatchesWindow();
     int fills_ = -1;
 };

@@ -311,6 +311,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmBalanceView, reconcile::frmBalance>(d, parent_, owner());
     else if (name == QLatin1String("frmSetTargetDate"))
         shown = show<frmSetTargetDateView, reconcile::frmSetTargetDate>(d, parent_, owner());
+    else if (name == QLatin1String("frmMaxDayDiffForMatch") || name == QLatin1String("frmNDigitsForConfirmComparison"))
+        shown = show<frmMatchSettingView, reconcile::frmMatchSetting>(d, parent_, owner());
     else if (name == QLatin1String("frmMoveOrCopy"))
         shown = show<frmMoveOrCopyView, transfer::frmMoveOrCopy>(d, parent_, owner());
     else if (name == QLatin1String("frmInvoiceKinds"))
