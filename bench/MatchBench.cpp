@@ -62,11 +62,11 @@ int matchFigure(int runs)
         QElapsedTimer t0;
         t0.start();
         QFile f(dir.filePath(QStringLiteral("match_log.txt")));
-        f.open(QIODevice::WriteOnly | QIODevice::Text);
-        QTextStream log(&f);
+        f.open(QIODevice::WriteOnly);
+        QByteArray log;
         std::vector<char> mt, bt;
         pairs = runMatchPasses(in, mt, bt, &log).size();
-        log.flush();
+        f.write(log);
         return double(t0.nsecsElapsed()) / 1e6;
     };
     const auto base = [&] {

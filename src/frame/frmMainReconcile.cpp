@@ -7,10 +7,12 @@
 #include "file/Display.h"
 #include "ledger/Zeroing.h"
 #include "reconcile/frmMatchSettings.h"
+#include "seams/platform/Sound.h"
 #include "seams/ui/Ui.h"
 #include "seams/web/ScriptedWebView.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace pelkor {
 
@@ -36,6 +38,10 @@ reconcile::SessionParts frmMain::sessionParts()
         // The page of proposed pairs has no window of its own yet: a page
         // host without one serves.
         [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; }};
+    p.playAgreed = [this] {
+        if (!platform::playSound(QDir(env_.paths.programDir).filePath(QStringLiteral("sounds/agreed.wav"))))
+            trace_.traceLine(QStringLiteral("playAgreed"), QStringLiteral("no sound player"));
+    };
     // A long search of pairs lets the window paint its wait notice; the
     // user's input waits for the end.
     p.letEventsRun = [this] {

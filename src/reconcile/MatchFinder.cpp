@@ -116,12 +116,16 @@ void MatchFinder::reallyRefreshMatchesNow()
     const auto& bg = p_.bank.msfgBank;
 
     QSaveFile logFile(p_.logDirectory + QStringLiteral("match_log.txt"));
-    const bool logging = logFile.open(QIODevice::WriteOnly | QIODevice::Text);
-    QTextStream log(&logFile);
+    const bool logging = logFile.open(QIODevice::WriteOnly);
+    QByteArray log;
     if (logging)
-        log << "iRowAboveRed=" << led.iRowAboveRed << "\nmsfgMain.Rows=" << g.Rows() << "\niBankRowAboveRed="
-            << p_.bank.iBankRowAboveRed << "\nmsfgBank.Rows=" << bg.Rows() << "\ntargetDate="
-            << p_.links.targetDate.toString(QStringLiteral("dd/MM/yyyy")) << "\n\n";
+        log = QStringLiteral("iRowAboveRed=%1\nmsfgMain.Rows=%2\niBankRowAboveRed=%3\nmsfgBank.Rows=%4\ntargetDate=%5\n\n")
+                  .arg(led.iRowAboveRed)
+                  .arg(g.Rows())
+                  .arg(p_.bank.iBankRowAboveRed)
+                  .arg(bg.Rows())
+                  .arg(p_.links.targetDate.toString(QStringLiteral("dd/MM/yyyy")))
+                  .toUtf8();
     searching = true;
     if (changed)
         changed();
@@ -176,7 +180,7 @@ void MatchFinder::reallyRefreshMatchesNow()
 
     searching = waitNotice = false;
     if (logging) {
-        log.flush();
+        logFile.write(log);
         logFile.commit();
     }
     nNew = int(matches.size());

@@ -3,6 +3,7 @@
 #include <QDate>
 #include <QLatin1StringView>
 
+#include <charconv>
 #include <cstdio>
 #include <QHash>
 
@@ -17,22 +18,76 @@ QString confirmTail(const QString& confirm, int n) { return confirm.size() <= n 
 
 namespace {
 
-// A day as the log writes it (dd/mm/yyyy), made without reading a pattern:
-// the log names a date for every line a search looks at.
-class DayText {
+// The log, written into one buffer: a search names a date and sums for
+// every row it looks at, so nothing here reads a pattern or a locale.
+class Log {
 public:
-    explicit DayText(qint64 day)
+    explicit Log(QByteArray* out) : out_(out) {}
+    explicit operator bool() const { return out_ != nullptr; }
+    Log& operator<<(const char* text)
+    {
+        out_->append(text);
+        return *this;
+    }
+    Log& operator<<(char c)
+    {
+        out_->append(c);
+        return *this;
+    }
+    Log& operator<<(qint64 n)
+    {
+        char buf[24];
+        const auto r = std::to_chars(buf, buf + sizeof buf, n);
+        out_->append(buf, r.ptr - buf);
+        return *this;
+    }
+    Log& operator<<(int n) { return *this << qint64(n); }
+    Log& operator<<(double v)
+    {
+        char buf[32];
+        const auto r = std::to_chars(buf, buf + sizeof buf, v);
+        out_->append(buf, r.ptr - buf);
+        return *this;
+    }
+    Log& operator<<(QStringView text)
+    {
+        for (QChar c : text)
+            if (c.unicode() >= 0x80) {
+                out_->append(text.toUtf8());
+                return *this;
+            }
+        for (QChar c : text)
+            out_->append(char(c.unicode()));
+        return *this;
+    }
+    // A day as dd/mm/yyyy.
+    Log& day(qint64 julian)
     {
         int y = 0, m = 0, d = 0;
-        QDate::fromJulianDay(day).getDate(&y, &m, &d);
-        std::snprintf(buf_, sizeof buf_, "%02d/%02d/%04d", d, m, y);
+        QDate::fromJulianDay(julian).getDate(&y, &m, &d);
+        char buf[16];
+        std::snprintf(buf, sizeof buf, "%02d/%02d/%04d", d, m, y);
+        out_->append(buf);
+        return *this;
     }
-    QLatin1StringView view() const { return QLatin1StringView(buf_); }
 
 private:
-    char buf_[16];
+    QByteArray* out_;
 };
 
+// A text of blanks only (or none).
+bool blank(QStringView text)
+{
+    for (QChar c : text)
+        if (!c.isSpace())
+            return false;
+    return true;
+}
+
+QStringView tailOf(const QString& confirm, int n)
+{
+    return confirm.size() <= n ? QStringView(confirm) : QStringView(confirm).right(n);
+}
 
 const char* const passEnds[] = {"end of 1st bank loop", "end of 2nd bank loop", "end of 3rd bank loop",
                                 "end of 4th bank loop", "end of 5th bank loop"};
@@ -45,11 +100,11 @@ size_t qHash(const SumsKey& k, size_t seed = 0) { return ::qHash(k.in, seed) ^ (
 
 // What the passes read of a line, worked out once.
 struct Prepared {
-    std::vector<QString> tails;   // by line index
+    std::vector<QStringView> tails;   // by line index, into the rows' own texts
     std::vector<char> emptyRef;   // trimmed reference empty
     std::vector<qint64> days;
     // Line indexes (from the first line below the red line) in grid order.
-    QHash<QString, std::vector<int>> byTail;
+    QHash<QStringView, std::vector<int>> byTail;
     QHash<SumsKey, std::vector<int>> emptyBySums;
     QHash<SumsKey, std::vector<int>> bySums;
 };
@@ -62,7 +117,7 @@ std::vector<int>::const_iterator firstFrom(const std::vector<int>& list, const s
 
 class Passes {
 public:
-    Passes(const MatchInput& in, std::vector<char>& mainTaken, std::vector<char>& bankTaken, QTextStream* log)
+    Passes(const MatchInput& in, std::vector<char>& mainTaken, std::vector<char>& bankTaken, QByteArray* log)
         : in_(in), lines_(*in.lines), bank_(*in.bank), mainTaken_(mainTaken), bankTaken_(bankTaken), log_(log)
     {
         const int first = std::max(in.iRowAboveRed, 0);
@@ -73,8 +128,8 @@ public:
             p_.days[i] = lines_[i].day;
             if (int(i) < first)
                 continue;
-            p_.tails[i] = confirmTail(lines_[i].confirm, in.nDigits);
-            p_.emptyRef[i] = p_.tails[i].trimmed().isEmpty();
+            p_.tails[i] = tailOf(lines_[i].confirm, in.nDigits);
+            p_.emptyRef[i] = blank(p_.tails[i]);
             p_.bySums[SumsKey{lines_[i].in, lines_[i].out}].push_back(int(i));
             if (!p_.emptyRef[i])
                 p_.byTail[p_.tails[i]].push_back(int(i));
@@ -87,15 +142,19 @@ public:
     {
         std::vector<MatchPair> out;
         for (int pass = 0; pass < 5; ++pass) {
-            if (log_)
-                *log_ << "=== " << QString(QStringLiteral("%1 ").arg(pass + 1)).repeated(33) << "===\n";
+            if (log_) {
+                log_ << "=== ";
+                for (int k = 0; k < 33; ++k)
+                    log_ << char('1' + pass) << ' ';
+                log_ << "===\n";
+            }
             for (int b = std::max(in_.iBankRowAboveRed, 0); b < int(bank_.size()); ++b) {
                 if (in_.pause && (b & 255) == 0)
                     in_.pause();
                 bankRow(pass, b, out);
             }
             if (log_)
-                *log_ << passEnds[pass] << '\n';
+                log_ << passEnds[pass] << '\n';
         }
         return out;
     }
@@ -107,28 +166,28 @@ private:
         const int iBank = b + 1;
         if (br.day > in_.targetDay || br.confirmed) {
             if (log_)
-                *log_ << "iBank=" << iBank << " bank row has V or late date\n";
+                log_ << "iBank=" << iBank << " bank row has V or late date\n";
             return;
         }
         if (bankTaken_[size_t(iBank)]) {
             if (log_)
-                *log_ << "iBank=" << iBank << " bank row is taken\n";
+                log_ << "iBank=" << iBank << " bank row is taken\n";
             return;
         }
         const bool window = pass == 0 || pass == 2 || pass == 3;
         const qint64 minDay = window ? br.day - in_.maxDayDiff : br.day;
         const qint64 maxDay = window ? br.day + in_.maxDayDiff : br.day;
-        const QString bankConfirm = confirmTail(br.confirm, in_.nDigits);
-        const bool bankEmpty = bankConfirm.trimmed().isEmpty();
-        if (log_)
-            *log_ << "iBank=" << iBank << " date is " << DayText(br.day).view()
-                  << " bankMinDate=" << DayText(minDay).view()
-                  << " bankMaxDate=" << DayText(maxDay).view()
-                  << " bankConfirm: -->" << bankConfirm << "<-- bankIn=" << br.in << " bankOut=" << br.out << '\n';
+        const QStringView bankConfirm = tailOf(br.confirm, in_.nDigits);
+        const bool bankEmpty = blank(bankConfirm);
+        if (log_) {
+            (log_ << "iBank=" << iBank << " date is ").day(br.day) << " bankMinDate=";
+            (log_.day(minDay) << " bankMaxDate=").day(maxDay) << " bankConfirm: -->" << bankConfirm
+                                                              << "<-- bankIn=" << br.in << " bankOut=" << br.out << '\n';
+        }
         if (window && bankEmpty)
             return;
         if (log_)
-            *log_ << "--- " << pass + 1 << " ------------------------------------------------\n";
+            log_ << "--- " << pass + 1 << " ------------------------------------------------\n";
         const std::vector<int>* list = nullptr;
         switch (pass) {
         case 0:
@@ -154,29 +213,29 @@ private:
                 const int i = *it;
                 if (p_.days[size_t(i)] > maxDay) {
                     if (log_)
-                        *log_ << "main row has late date - exit for\n";
+                        log_ << "main row has late date - exit for\n";
                     break;
                 }
                 if (tryLine(pass, i, b, br, bankConfirm, bankEmpty)) {
                     out.push_back(MatchPair{pass, i + 1, iBank});
                     mainTaken_[size_t(i) + 1] = bankTaken_[size_t(iBank)] = 1;
                     if (log_)
-                        *log_ << "want to add pair " << i + 1 << "," << iBank << '\n';
+                        log_ << "want to add pair " << i + 1 << "," << iBank << '\n';
                     break;
                 }
             }
         }
         if (log_)
-            *log_ << "end of main loop\n";
+            log_ << "end of main loop\n";
     }
 
-    bool tryLine(int pass, int i, int b, const MatchRow& br, const QString& bankConfirm, bool bankEmpty)
+    bool tryLine(int pass, int i, int b, const MatchRow& br, QStringView bankConfirm, bool bankEmpty)
     {
         const MatchRow& ln = lines_[size_t(i)];
         const int iMain = i + 1;
         if (mainTaken_[size_t(iMain)]) {
             if (log_)
-                *log_ << "iMain=" << iMain << " main row is taken\n";
+                log_ << "iMain=" << iMain << " main row is taken\n";
             return false;
         }
         if (in_.rejected && !in_.rejected->empty() &&
@@ -185,7 +244,7 @@ private:
         if (ln.confirmed || !ln.visible)
             return false;
         const bool sumsEqual = ln.in == br.in && ln.out == br.out;
-        const QString& mainConfirm = p_.tails[size_t(i)];
+        const QStringView mainConfirm = p_.tails[size_t(i)];
         const bool mainEmpty = p_.emptyRef[size_t(i)];
         bool fits = false;
         switch (pass) {
@@ -196,10 +255,10 @@ private:
         default: fits = !bankEmpty && !mainEmpty && mainConfirm != bankConfirm && sumsEqual; break;
         }
         if (log_) {
-            *log_ << "iMain=" << iMain << " date is " << DayText(ln.day).view()
-                  << " main confirm: -->" << mainConfirm << "<-- in=" << ln.in << " out=" << ln.out << '\n';
+            (log_ << "iMain=" << iMain << " date is ").day(ln.day)
+                << " main confirm: -->" << mainConfirm << "<-- in=" << ln.in << " out=" << ln.out << '\n';
             if (!fits)
-                *log_ << "rows don't match\n";
+                log_ << "rows don't match\n";
         }
         return fits;
     }
@@ -209,14 +268,14 @@ private:
     const std::vector<MatchRow>& bank_;
     std::vector<char>& mainTaken_;
     std::vector<char>& bankTaken_;
-    QTextStream* log_;
+    Log log_;
     Prepared p_;
 };
 
 } // namespace
 
 std::vector<MatchPair> runMatchPasses(const MatchInput& in, std::vector<char>& mainTaken, std::vector<char>& bankTaken,
-                                      QTextStream* log)
+                                      QByteArray* log)
 {
     mainTaken.resize(std::max(mainTaken.size(), in.lines->size() + 1));
     bankTaken.resize(std::max(bankTaken.size(), in.bank->size() + 1));

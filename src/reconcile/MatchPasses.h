@@ -19,7 +19,7 @@
 #pragma once
 
 #include <QString>
-#include <QTextStream>
+#include <QByteArray>
 
 #include <QSet>
 #include <functional>
@@ -67,8 +67,9 @@ QString confirmTail(const QString& confirm, int n);
 
 // The five passes. mainTaken and bankTaken (by grid row, sized to the grids'
 // rows) hold the rows already in a kept pair, and get the rows paired now.
-// log, when given, follows each pass, each bank row and each pair.
+// log, when given, gets the search's log (UTF-8): each pass, each bank row,
+// each line looked at and each pair.
 std::vector<MatchPair> runMatchPasses(const MatchInput& in, std::vector<char>& mainTaken, std::vector<char>& bankTaken,
-                                      QTextStream* log = nullptr);
+                                      QByteArray* log = nullptr);
 
 } // namespace pelkor::reconcile

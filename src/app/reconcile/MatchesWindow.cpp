@@ -70,7 +70,9 @@ void frmMatchesView::mirror()
         return;
     }
     // Nine pairs show without scrolling; the buttons stand below the page.
-    const int width = std::max(finder.pageWidth(), 640);
+    // The grid's columns may not have reported their widths: the page still
+    // gets room for a readable row.
+    const int width = std::max(finder.pageWidth(), 900);
     wb_->setFixedSize(width, finder.pageHeight());
     if (!isVisible()) {
         adjustSize();
@@ -102,7 +104,9 @@ frmButtonView::frmButtonView(frmMain& logic, QWidget* parent) : QWidget(parent),
     cmdGo_ = named(new QPushButton(QStringLiteral("מצא התאמות"), this), QStringLiteral("cmdGo"));
     cmdClose_ = named(new QPushButton(QStringLiteral("סגור"), this), QStringLiteral("cmdClose"), QStringLiteral("סגור את ההזמנה"));
     row->addWidget(text, 1);
+    cmdGo_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     row->addWidget(cmdGo_);
+    row->addStretch(0);
     row->addWidget(cmdClose_);
     connect(cmdGo_, &QPushButton::clicked, this, [this] { go(); });
     connect(cmdClose_, &QPushButton::clicked, this, [this] {
