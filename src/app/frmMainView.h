@@ -86,6 +86,7 @@ private:
     QPushButton* cmdAdd_ = nullptr;
     QAction* mnuAddConstantTransactions_ = nullptr;
     QAction* mnuMoveDates_ = nullptr;
+    QAction* mnuTransferMoney_ = nullptr;
     QAction* mnuInvoiceKinds_ = nullptr;
     QMenu* mnuReports_ = nullptr;
     QAction* mnuDailySummary_ = nullptr;
