@@ -264,6 +264,7 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
         return a;
     };
     mnuMoveDates_ = frameAction(mnuActions_, QStringLiteral("mnuMoveDates"));
+    mnuTransferMoney_ = frameAction(mnuActions_, QStringLiteral("mnuTransferMoney"));
     mnuReports_ = menuBar()->addMenu(QStringLiteral("דוחות"));
     mnuReports_->setObjectName(QStringLiteral("mnuReports"));
     mnuDailySummary_ = mnuReports_->addAction(QStringLiteral("סיכום יומי"));
@@ -366,6 +367,7 @@ void frmMainView::showControls()
     mnuAddLineToFile_->setVisible(s.mnuAddLineToFile);
     mnuAddConstantTransactions_->setVisible(s.mnuAddConstantTransactions);
     mnuMoveDates_->setVisible(s.mnuMoveDates && m_.shown().mnuMoveDatesVisible);
+    mnuTransferMoney_->setVisible(s.mnuTransferMoney);
     mnuInvoiceKinds_->setVisible(s.mnuInvoiceKinds);
     cmdMove_->setVisible(s.cmdMove);
     cmdMove_->setEnabled(m_.instance().progMode != modeDailySummarySplit);

@@ -88,6 +88,7 @@ private:
     QAction* mnuAddConstantTransactions_ = nullptr;
     QAction* mnuMoveDates_ = nullptr;
     web::frmWaitMessageView* waitNotice_ = nullptr;   // "מחפש התאמות" over a long search
+    QAction* mnuTransferMoney_ = nullptr;
     QAction* mnuInvoiceKinds_ = nullptr;
     QMenu* mnuReports_ = nullptr;
     QAction* mnuDailySummary_ = nullptr;

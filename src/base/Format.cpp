@@ -1,4 +1,5 @@
 #include "base/Format.h"
+#include "base/StoredKind.h"
 
 #include <cmath>
 
@@ -160,6 +161,21 @@ QString FormatKind(const QString& k)
     if (last == QLatin1Char('+') || last == QLatin1Char('-'))
         return last + k.left(k.size() - 1);
     return k;
+}
+
+QString storedKind(const QString& typed)
+{
+    const QString t = typed.trimmed();
+    if (t.isEmpty())
+        return t;
+    if (t.startsWith(QLatin1Char('+')) || t.startsWith(QLatin1Char('-')))
+        return t;
+    if (t.endsWith(QLatin1Char('+')) || t.endsWith(QLatin1Char('-')))
+        return FormatKind(t);
+    bool digits = true;
+    for (QChar c : t)
+        digits = digits && c.isDigit();
+    return digits ? QStringLiteral("+") + t : t;
 }
 
 QString fixString(const QString& s)

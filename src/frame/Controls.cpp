@@ -54,6 +54,7 @@ ShownControls shownControls(const Instance& m)
     s.cmdMove = !m.isMerged;
     // Shown only where the file says so (Shown), never while split for a reconciliation.
     s.mnuMoveDates = s.mnuActions && !m.isMerged && mode != modeSplitScreen;
+    s.mnuTransferMoney = s.mnuActions && !m.isMerged;
     s.mnuInvoiceKinds = s.mnuDefs && !m.isMerged;
     s.mnuOpenMonthKindReport = s.mnuOpenWeekKindReport = s.mnuOpenDayKindReport = s.mnuReports;
     s.cmdMonthReport = s.cmdReport;
@@ -83,6 +84,7 @@ QString controlCaption(const QString& name)
         {"cmdMonthReport", "דוח חודשי"},
         {"cmdMove", "העבר/העתק"},
         {"mnuMoveDates", "הזזת תאריכים..."},
+        {"mnuTransferMoney", "העבר מחשבון לחשבון"},
         {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
         {"mnuCompare", "השוואה בין תקופות..."},
         {"mnuMaxDayDiffForMatch", "הבדל ימים מירבי להתאמה"},

@@ -38,6 +38,7 @@ struct ShownControls {
     bool mnuAddLineToFile = false;         // under mnuActions
     bool mnuAddConstantTransactions = false;  // under mnuActions
     bool mnuMoveDates = false;             // under mnuActions; shown on the demonstration file alone
+    bool mnuTransferMoney = false;         // under mnuActions
     bool mnuInvoiceKinds = false;          // under mnuDefs
     bool mnuOpenMonthKindReport = false;   // under mnuReports, the three period reports
     bool mnuOpenWeekKindReport = false;

@@ -276,9 +276,15 @@ public:
     void mnuMoveDates_Click();
     // mnuInvoiceKinds: frmInvoiceKinds; a changed list is written to the file.
     void mnuInvoiceKinds_Click();
-    // Finishes or undoes a move of lines a killed process left in this
-    // file (the note it keeps), before the file is read.
+    // Finishes or undoes a move of lines, or a transfer's pair of lines, a
+    // killed process left in this file (the note it keeps), before the
+    // file is read.
     void finishPendingMoves();
+    // openTransfer: frmTransfer, modal, with this file offered as the
+    // start; a line written into this file reloads it. The merged report's
+    // cmdTransferMoney and mnuTransferMoney call it.
+    void openTransfer();
+    void mnuTransferMoney_Click() { openTransfer(); }
 
     // WindowCalls.
     void shownChanged() override { emit changed(); }

@@ -239,6 +239,7 @@ bool frmMain::clickControl(const QString& name)
         {"cmdPrev", false, &frmMain::cmdPrev_Click},
         {"cmdMove", false, &frmMain::cmdMove_Click},
         {"mnuMoveDates", false, &frmMain::mnuMoveDates_Click},
+        {"mnuTransferMoney", false, &frmMain::mnuTransferMoney_Click},
         {"mnuInvoiceKinds", false, &frmMain::mnuInvoiceKinds_Click},
         {"mnuCompare", false, &frmMain::mnuCompare_Click},
     };

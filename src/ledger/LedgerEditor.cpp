@@ -3,6 +3,7 @@
 
 #include "base/Titles.h"
 #include "base/Format.h"
+#include "base/StoredKind.h"
 #include "base/Instance.h"
 #include "base/Modes.h"
 #include "base/WindowCalls.h"
@@ -529,20 +530,7 @@ int LedgerEditor::GetTypeBigIndex(const QString& name) const { return p_.ledger.
 // A kind as the user may type it: "+12", "12+" (as the grid shows it) or
 // "12" (taken as income): its stored form, sign in front. Other text
 // stays as it is, and is then no kind of the list.
-QString LedgerEditor::storedKind(const QString& typed)
-{
-    const QString t = typed.trimmed();
-    if (t.isEmpty())
-        return t;
-    if (t.startsWith(QLatin1Char('+')) || t.startsWith(QLatin1Char('-')))
-        return t;
-    if (t.endsWith(QLatin1Char('+')) || t.endsWith(QLatin1Char('-')))
-        return FormatKind(t);
-    bool digits = true;
-    for (QChar c : t)
-        digits = digits && c.isDigit();
-    return digits ? QStringLiteral("+") + t : t;
-}
+QString LedgerEditor::storedKind(const QString& typed) { return pelkor::storedKind(typed); }
 
 QString LedgerEditor::TrimType(const QString& row)
 {

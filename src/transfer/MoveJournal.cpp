@@ -24,9 +24,11 @@ QString quoted(const QString& s)
     return QLatin1Char('\'') + q + QLatin1Char('\'');
 }
 
+} // namespace
+
 // Whether the process that wrote a note still runs (never this one's own
 // notes: a run finishes them itself).
-bool processLives(qint64 pid)
+bool writerLives(qint64 pid)
 {
 #ifdef Q_OS_UNIX
     if (pid <= 0 || pid == QCoreApplication::applicationPid())
@@ -37,8 +39,6 @@ bool processLives(qint64 pid)
     return false;
 #endif
 }
-
-} // namespace
 
 QString newMoveToken()
 {
@@ -92,7 +92,7 @@ PendingMoves finishPendingMoves(store::Connection& source, const QString& linesT
     for (; !rs.eof(); rs.moveNext())
         runs.push_back({rs.field(0).toString(), rs.field(1).toString(), qint64(rs.field(2).toDouble())});
     for (const Run& r : runs) {
-        if (processLives(r.pid)) {
+        if (writerLives(r.pid)) {
             ++done.left;
             continue;
         }

@@ -30,6 +30,10 @@ namespace pelkor::transfer {
 // A fresh token for one run: the process, the time and a random part.
 QString newMoveToken();
 
+// Whether the process that wrote a note still runs (never this one's
+// own: a run finishes its notes itself).
+bool writerLives(qint64 pid);
+
 // Step 1: the note, in one transaction on the source.
 void writeMoveIntent(store::Connection& source, const QString& token, const QString& destPath,
                      const QStringList& idsToDelete);

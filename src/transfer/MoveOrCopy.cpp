@@ -26,30 +26,6 @@ namespace {
 QString sqlSum(double v) { return QString::number(v, 'g', 15); }
 QString orBlank(const QString& s) { return s.isEmpty() ? QStringLiteral(" ") : s; }
 
-// Why destPath cannot take lines, or "" when it can; the file is not
-// written while this is found out.
-QString destProblem(const QString& destPath)
-{
-    const QString name = isolated(QFileInfo(destPath).fileName());
-    const store::ProbeResult pr = store::probe(destPath);
-    switch (pr.kind) {
-    case store::FileKind::Missing:
-        return QStringLiteral("קובץ היעד \"%1\" לא נמצא.").arg(name);
-    case store::FileKind::NotDatabase:
-        return QStringLiteral("קובץ היעד \"%1\" אינו קובץ פלקור.").arg(name);
-    case store::FileKind::Damaged:
-        return QStringLiteral("קובץ היעד \"%1\" פגום. פתח אותו בפלקור כדי לשמור את מה שניתן לקרוא ממנו.").arg(name);
-    case store::FileKind::Database:
-        break;
-    }
-    if (!pr.tables.contains(QStringLiteral("pelkor"), Qt::CaseInsensitive)
-        || !pr.tables.contains(QStringLiteral("category"), Qt::CaseInsensitive))
-        return QStringLiteral("קובץ היעד \"%1\" אינו קובץ פלקור.").arg(name);
-    if (store::writeBlock(destPath) != store::WriteBlock::None)
-        return QStringLiteral("לא ניתן לכתוב בקובץ היעד \"%1\". ייתכן שהוא לקריאה בלבד.").arg(name);
-    return QString();
-}
-
 struct Planned {
     const Line* line;
     QString kind;
@@ -67,6 +43,30 @@ QString insertOf(const QString& table, const Planned& w)
 }
 
 } // namespace
+
+QString ledgerWriteProblem(const QString& path, const QString& role)
+{
+    const QString name = isolated(QFileInfo(path).fileName());
+    const QString file = QStringLiteral("קובץ ה") + role + QStringLiteral(" \"") + name + QStringLiteral("\" ");
+    const store::ProbeResult pr = store::probe(path);
+    switch (pr.kind) {
+    case store::FileKind::Missing:
+        return file + QStringLiteral("לא נמצא.");
+    case store::FileKind::NotDatabase:
+        return file + QStringLiteral("אינו קובץ פלקור.");
+    case store::FileKind::Damaged:
+        return file + QStringLiteral("פגום. פתח אותו בפלקור כדי לשמור את מה שניתן לקרוא ממנו.");
+    case store::FileKind::Database:
+        break;
+    }
+    if (!pr.tables.contains(QStringLiteral("pelkor"), Qt::CaseInsensitive)
+        || !pr.tables.contains(QStringLiteral("category"), Qt::CaseInsensitive))
+        return file + QStringLiteral("אינו קובץ פלקור.");
+    if (store::writeBlock(path) != store::WriteBlock::None)
+        return QStringLiteral("לא ניתן לכתוב בקובץ ה") + role + QStringLiteral(" \"") + name
+            + QStringLiteral("\". ייתכן שהוא לקריאה בלבד.");
+    return QString();
+}
 
 bool isDestCategory(const QString& kind, const Catalogue& dest) { return dest.categories.contains(kind); }
 
@@ -141,7 +141,7 @@ MoveReport moveOrCopyRows(MoveParts& p, const QString& destPath, bool isMove)
     };
     if (QFileInfo(destPath).canonicalFilePath() == QFileInfo(src.filePath).canonicalFilePath())
         return refuse(QStringLiteral("קובץ המקור הוא גם קובץ היעד"));
-    if (const QString problem = destProblem(destPath); !problem.isEmpty())
+    if (const QString problem = ledgerWriteProblem(destPath, QStringLiteral("יעד")); !problem.isEmpty())
         return refuse(problem);
 
     // 1-4: the target's zeroing date, kinds and types, on a connection of

@@ -69,6 +69,11 @@ struct DestFile {
     Catalogue catalogue;
 };
 
+// Why the ledger at path cannot take lines, or "" when it can; nothing is
+// written while this is found out. role names the file in the message
+// ("יעד": "קובץ היעד ... לא נמצא.").
+QString ledgerWriteProblem(const QString& path, const QString& role);
+
 // isDestCategory: the code is one of the target's kinds exactly.
 bool isDestCategory(const QString& kind, const Catalogue& dest);
 // GetMoveTypeBigIndex: the target's number of the type of that exact

@@ -13,6 +13,7 @@
 #include "app/ui/frmTzefiView.h"
 #include "app/reports/frmInvoiceKindsView.h"
 #include "app/transfer/frmMoveOrCopyView.h"
+#include "app/transfer/frmTransferView.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -315,6 +316,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmMatchSettingView, reconcile::frmMatchSetting>(d, parent_, owner());
     else if (name == QLatin1String("frmMoveOrCopy"))
         shown = show<frmMoveOrCopyView, transfer::frmMoveOrCopy>(d, parent_, owner());
+    else if (name == QLatin1String("frmTransfer"))
+        shown = show<frmTransferView, transfer::frmTransfer>(d, parent_, owner());
     else if (name == QLatin1String("frmInvoiceKinds"))
         shown = show<frmInvoiceKindsView, reports::frmInvoiceKinds>(d, parent_, owner());
     if (!shown)
