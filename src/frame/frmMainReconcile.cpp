@@ -28,16 +28,21 @@ reconcile::SessionParts frmMain::sessionParts()
         },
         [this](const QString& text) { sendToExcel(text); },
         {},
-        {},
+        env_.importer,
         // The page of proposed pairs has no window of its own yet: a page
         // host without one serves.
-        [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; }};
+        [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; },
+        messages_,
+        [this](const QString& proc, const std::function<void()>& fn) { guarded(proc, fn); }};
     return p;
 }
 
 void frmMain::cmdBankCoordination_Click()
 {
     if (ledger_.openDBisBusy || instance_.isMerged || !instance_.isMainMode())
+        return;
+    // One download at a time: the button waits for the importer's answer.
+    if (session_->downloading())
         return;
     // The form of the session follows the menu's check mark.
     if (instance_.progMode != modeSplitScreen)
