@@ -184,6 +184,7 @@ bool Session::mayDropWorkingTables()
 {
     if (sessionLock_ && sessionLock_->isLocked())
         return true;
+    QDir().mkpath(p_.tempPath);
     QLockFile probe(sessionLockPath());
     probe.setStaleLockTime(0);
     if (!probe.tryLock(0))
