@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|move|feed|bank|match|web|charts|reports|compare]
+//                [--only store|bare|open|edit|delete|move|feed|bank|swap|match|web|charts|reports|compare]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -588,6 +588,7 @@ int runsFor(long n)
 
 int feedFigure(const QString& dataDir, int runs);  // FeedBench.cpp
 int bankFigure(const QString& dataDir, int runs);  // BankBench.cpp
+int swapFigure(const QString& dataDir, int runs);  // SwapBench.cpp
 int matchFigure(int runs);  // MatchBench.cpp
 #ifdef PELKOR_BENCH_WEB
 int webFigureProcess(int argc, char** argv, int runs);  // WebBench.cpp
@@ -662,6 +663,11 @@ int main(int argc, char** argv)
         const int bankCode = bankFigure(dataDir, runs);
         if (!only.isEmpty())
             return bankCode;
+    }
+    if (only.isEmpty() || only == QLatin1String("swap")) {
+        const int swapCode = swapFigure(dataDir, runs);
+        if (!only.isEmpty())
+            return swapCode;
     }
     if (only.isEmpty() || only == QLatin1String("compare")) {
         QTemporaryDir pages;

@@ -64,6 +64,13 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     refresh->setShortcut(QKeySequence(Qt::Key_F5));
     top->addWidget(fileName_);
     top->addStretch(1);
+    // While the statement importer works; the points grow with the wait.
+    lblWait_ = named(new QLabel(QStringLiteral("מעדכן נתונים"), central), QStringLiteral("lblWait"));
+    lblPoints_ = named(new QLabel(central), QStringLiteral("lblPoints"), QStringLiteral("המתנה"));
+    lblWait_->setVisible(false);
+    lblPoints_->setVisible(false);
+    top->addWidget(lblWait_);
+    top->addWidget(lblPoints_);
     top->addWidget(status_);
     top->addWidget(refresh);
     col->addLayout(top);
@@ -398,6 +405,10 @@ void frmMainView::showSession()
     mnuPerformBankCoordination_->setVisible(c.mnuPerformBankCoordination);
     mnuPerformBankCoordination_->setText(s.mnuPerformBankCoordinationCaption);
     mnuOpenAnotherPelkor_->setEnabled(s.mnuOpenAnotherPelkorEnabled);
+    mnuPerformBankCoordination_->setEnabled(s.cmdBankCoordinationEnabled);
+    lblWait_->setVisible(s.lblWait);
+    lblPoints_->setVisible(s.lblWait);
+    setLabel(lblPoints_, s.lblPoints);
     mnuFindMatches_->setVisible(s.split && s.mnuFindMatches);
     const reconcile::MatchFinder& finder = m_.session().finder;
     mnuFindMatches_->setEnabled(!finder.searching);

@@ -62,6 +62,8 @@ private:
 
     frmMain& m_;
     QLabel* status_ = nullptr;
+    QLabel* lblWait_ = nullptr;      // "מעדכן נתונים" while the importer works
+    QLabel* lblPoints_ = nullptr;
     QLabel* fileName_ = nullptr;
     QLabel* newLines_ = nullptr;
     QWidget* totals_ = nullptr;            // a detail child's totals row

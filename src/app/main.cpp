@@ -21,6 +21,7 @@
 #include "seams/bus/Mailbox.h"
 #include "seams/bus/Published.h"
 #include "frame/frmMain.h"
+#include "reconcile/Importer.h"
 #include "seams/platform/Paths.h"
 #include "seams/store/StoreError.h"
 #include "seams/ui/ScriptedUi.h"
@@ -96,6 +97,9 @@ int main(int argc, char** argv)
     // The keyboard follows the column where the desktop lets us switch it.
     const auto layouts = desktopKeyboardLayouts();
     env.layouts = layouts.get();
+    // The statement importer a reconciliation starts (runIt).
+    const auto importer = reconcile::processImporter(reconcile::importerProgram(QCoreApplication::applicationDirPath()));
+    env.importer = importer.get();
 
     frmMain logic(env);
     // txtMessage: the texts a parent's child or the outer host put here.

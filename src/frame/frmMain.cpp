@@ -224,6 +224,8 @@ void frmMain::initializeForm()
             watchParent();
         if (instance_.command.verb == V::Open || instance_.command.verb == V::Bank || instance_.command.verb == V::DayBalance) {
             rememberRecent(ledger_.filePath);
+            // A session of this file killed before it ended is told now.
+            session_->noticeInterruptedSession();
             watchFile_.start();
         }
         announceReady();
@@ -583,7 +585,9 @@ void frmMain::exitProg()
     for (const char* name : {"new_versions.txt", "new_c", "matchPage.htm"})
         QFile::remove(instance_.tempPath + QLatin1String(name));
     checker_.stop();
-    if (instance_.progMode != modeNewLines && ledger_.isCnOpen) {
+    session_->closeDownloader();
+    // Another run's session keeps its working tables.
+    if (instance_.progMode != modeNewLines && ledger_.isCnOpen && session_->mayDropWorkingTables()) {
         for (const char* table : {"tempPelkor", "bckpPelkor", "savedPelkor"}) {
             try {
                 ledger_.cn.execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));

@@ -72,6 +72,9 @@ public:
         // Starts another main instance of the program with these arguments,
         // maximised; false when it could not start. None can start when null.
         std::function<bool(const QStringList& arguments)> startInstance;
+        // The statement importer a reconciliation starts; none when null
+        // (the bank menu page and the demonstration feed still serve).
+        reconcile::Importer* importer = nullptr;
     };
 
     explicit frmMain(Environment env, QObject* parent = nullptr);

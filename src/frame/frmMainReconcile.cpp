@@ -34,10 +34,12 @@ reconcile::SessionParts frmMain::sessionParts()
         },
         [this](const QString& text) { sendToExcel(text); },
         {},
-        {},
-        // The page of proposed pairs has no window of its own yet: a page
-        // host without one serves.
-        [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; }};
+        env_.importer,
+        // The page of proposed pairs is frmMatches' once the window lends
+        // it; before that a page host without a window serves.
+        [this]() -> web::WebView& { return matchesPage_ ? *matchesPage_ : *noBankPage_; },
+        messages_,
+        [this](const QString& proc, const std::function<void()>& fn) { guarded(proc, fn); }};
     p.playAgreed = [this] {
         if (!platform::playSound(QDir(env_.paths.programDir).filePath(QStringLiteral("sounds/agreed.wav"))))
             trace_.traceLine(QStringLiteral("playAgreed"), QStringLiteral("no sound player"));
@@ -54,6 +56,9 @@ reconcile::SessionParts frmMain::sessionParts()
 void frmMain::cmdBankCoordination_Click()
 {
     if (ledger_.openDBisBusy || instance_.isMerged || !instance_.isMainMode())
+        return;
+    // One download at a time: the button waits for the importer's answer.
+    if (session_->downloading())
         return;
     // The form of the session follows the menu's check mark.
     if (instance_.progMode != modeSplitScreen)

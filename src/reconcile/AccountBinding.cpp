@@ -10,6 +10,9 @@
 #include "seams/store/StoreError.h"
 #include "seams/ui/Ui.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace pelkor::reconcile {
 
 using store::StoreError;
@@ -36,7 +39,10 @@ public:
     std::optional<store::Recordset> run()
     {
         try {
-            return bindAndRead();
+            auto rows = bindAndRead();
+            if (rows && !haveBalances(*rows))
+                return ending();
+            return rows;
         } catch (const StoreError& e) {
             t_.line(e.message());
             p_.ui.msgBox(QStringLiteral("לא ניתן לקרוא את נתוני הבנק שהתקבלו.\n%1").arg(e.message()),
@@ -46,6 +52,27 @@ public:
     }
 
 private:
+    // Every proof stands on the bank's balance after each row: a statement
+    // with a row that lacks it is refused whole.
+    bool haveBalances(store::Recordset& rows)
+    {
+        const int balance = rows.fieldIndex(QStringLiteral("balance"));
+        const int date = rows.fieldIndex(QStringLiteral("date"));
+        for (long r = 0; r < rows.recordCount(); ++r) {
+            if (balance >= 0 && !rows.at(r, balance).isNull())
+                continue;
+            const QString day = date >= 0 ? formatDate224(rows.at(r, date).toDate()) : QString();
+            t_.line(QStringLiteral("no balance on row %1").arg(r + 1));
+            p_.ui.msgBox(QStringLiteral("בשורה %1 של נתוני הבנק שהתקבלו (מתאריך %2) חסרה היתרה שבבנק, ובלעדיה אי אפשר להשוות "
+                                        "את היתרות.").arg(r + 1).arg(day) + u'\n' +
+                             QStringLiteral("הקובץ לא שונה. יש לקלוט שוב את דף החשבון, עם היתרה אחרי כל תנועה או עם יתרת הסגירה."),
+                         pelkorTitle, ui::Buttons::OK, ui::Icon::Exclamation);
+            return false;
+        }
+        rows.moveFirst();
+        return true;
+    }
+
     // The road of every failure: the feed closed, the importer released.
     std::optional<store::Recordset> ending()
     {
@@ -57,6 +84,9 @@ private:
     std::optional<store::Recordset> bindAndRead()
     {
         led_.feedPath = feedFilePath(led_.iBank, led_.isSimulate, p_.tempPath, p_.programDir);
+        if (!QFileInfo::exists(led_.feedPath))
+            throw StoreError(StoreError::Kind::Open,
+                             QStringLiteral("קובץ נתוני הבנק \u2068%1\u2069 לא נמצא").arg(QDir::toNativeSeparators(led_.feedPath)));
         p_.feed.openCnNew(led_.feedPath);
         store::Connection& cnNew = p_.feed.cnNew;
         const QString table = feedTable(led_.iBank, led_.isSimulate);

@@ -17,6 +17,8 @@
 #include "seams/ui/Ui.h"
 #include "seams/web/WebView.h"
 
+#include <QLockFile>
+
 #include <algorithm>
 #include <cmath>
 
@@ -51,7 +53,19 @@ Session::Session(SessionParts parts)
       p_(std::move(parts))
 {
     links.summariesChanged = [this] { refreshSummaries(); };
+    // The importer's answer is read every second; its window is looked for
+    // every second and a half until it is brought forward.
+    timerMessageChecker_.setInterval(1000);
+    QObject::connect(&timerMessageChecker_, &QTimer::timeout, [this] {
+        runGuarded(QStringLiteral("timerMessageChecker"), [this] { timerMessageChecker_Timer(); });
+    });
+    timerWindowFinder_.setInterval(1500);
+    QObject::connect(&timerWindowFinder_, &QTimer::timeout, [this] {
+        runGuarded(QStringLiteral("timerBankDataDownloaderWindowFinder"), [this] { timerBankDataDownloaderWindowFinder_Timer(); });
+    });
 }
+
+Session::~Session() = default;
 
 void Session::changed()
 {
@@ -113,10 +127,11 @@ void Session::switchToSplitScreen()
             processDownloadedData();
             return;
         }
-        if (!led.isSimulate && led.iBank != -1 && p_.callDataDownloader) {
+        if (!led.isSimulate && led.iBank != -1 && p_.importer) {
+            // The split comes when the importer has answered.
             shown.wbMainVisible = false;
             changed();
-            p_.callDataDownloader();
+            callDataDownloader();
             return;
         }
         // A file of no bank yet, or the demonstration file: the user picks
@@ -131,13 +146,15 @@ void Session::switchToSplitScreen()
 
 void Session::doSplitScreen()
 {
+    // The form of this session, as it was chosen: the reload reads the
+    // file's setting again, which a fall-back to the visual form overrides.
+    const bool automatic = p_.ledger.isAutomatic;
     shown.mnuMoveDatesEnabled = false;
     p_.instance.progMode = modeSplitScreen;
     shown.split = true;
     p_.window.refresh();
     links.paintedIDs.clear();
     shown.mainMarks = shown.bankMarks = {};
-    const bool automatic = p_.ledger.isAutomatic;
     shown.mnuPerformBankCoordinationCaption = automatic ? QStringLiteral("השלם התאמה") : exitWord;
     shown.cmdBankCoordinationCaption = automatic ? QString() : exitWord;
     shown.endCoordinationPicture = automatic;
@@ -234,8 +251,8 @@ void Session::clickEventHandler()
     led.iBank = chosen;
     if (led.isSimulate)
         processDownloadedData();
-    else if (p_.callDataDownloader)
-        p_.callDataDownloader();
+    else if (p_.importer)
+        callDataDownloader();
     if (p_.instance.progMode == modeSplitScreen) {
         shown.reportsHidden = true;
         changed();
@@ -517,6 +534,7 @@ void Session::createTempTable()
         led.sql.executeSQL(t.proc(), QStringLiteral("SELECT * INTO tempPelkor from pelkor"));
         tx.commit();
     }
+    holdSessionLock();
     led.linesTable = QStringLiteral("tempPelkor");
     p_.window.refresh();
 }
@@ -532,19 +550,25 @@ void Session::afterLoad(bool isRefresh)
 
 // ---- the end ----------------------------------------------------------------------------------
 
-void Session::finalSwap()
+void swapWorkingTable(OpenLedger& led)
 {
-    OpenLedger& led = p_.ledger;
     TraceScope t(led.trace, QStringLiteral("finalSwap"));
     // One transaction: a crash at any point leaves the old table of lines
-    // whole, or the new one.
+    // whole, or the new one. The working table goes with it, so a working
+    // table found at a start is always that of a session that did not end.
     store::Transaction tx(led.cn);
     if (led.cn.tableExists(QStringLiteral("bckpPelkor")))
         led.sql.executeSQL(t.proc(), QStringLiteral("DROP TABLE bckpPelkor"));
     led.sql.executeSQL(t.proc(), QStringLiteral("SELECT * INTO bckpPelkor from pelkor"));
     led.sql.executeSQL(t.proc(), QStringLiteral("DROP TABLE pelkor"));
     led.sql.executeSQL(t.proc(), QStringLiteral("SELECT * INTO pelkor from tempPelkor"));
+    led.sql.executeSQL(t.proc(), QStringLiteral("DROP TABLE tempPelkor"));
     tx.commit();
+}
+
+void Session::finalSwap()
+{
+    swapWorkingTable(p_.ledger);
 }
 
 void Session::compareFinalBalances()
@@ -618,6 +642,7 @@ void Session::compareFinalBalances()
         }
     }
     finalSwap();
+    led.linesTable = QStringLiteral("pelkor");
     call(p_.closeCn);
     call(p_.reopenCon);
     if (found >= 0) {

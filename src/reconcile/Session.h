@@ -28,15 +28,21 @@
 #include "reconcile/BankFeed.h"
 #include "reconcile/BankGrid.h"
 #include "reconcile/Coordination.h"
+#include "reconcile/Importer.h"
 #include "reconcile/MatchFinder.h"
 #include "reconcile/RowLinks.h"
 
 #include <QDate>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
+#include <memory>
+
+class QLockFile;
 
 namespace pelkor {
+class Messages;
 struct Instance;
 struct MainGrid;
 struct OpenLedger;
@@ -78,6 +84,10 @@ struct SessionShown {
     QString mnuPerformBankCoordinationCaption = QStringLiteral("התאמת בנק");
     QString cmdBankCoordinationCaption = QStringLiteral("התאמת בנק");
     bool endCoordinationPicture = false;
+    // While the importer works: "מעדכן נתונים" and its points, which grow
+    // with each second of the wait.
+    bool lblWait = false;
+    QString lblPoints;
     // The sums of the marked rows under each grid.
     MarkSummary mainMarks, bankMarks;
 };
@@ -99,16 +109,27 @@ struct SessionParts {
     std::function<void(bool mainGrid)> focusGrid;
     std::function<void(const QString& text)> sendToExcel;
     std::function<void()> playAgreed;     // the sound of an agreed proof
-    // Starts the statement importer for the bound bank; null: none here.
-    std::function<void()> callDataDownloader;
+    // The statement importer; null: none here (the bank menu page serves).
+    Importer* importer = nullptr;
     std::function<web::WebView&()> wbMatches;   // the page of proposed pairs
+    // frmMessages: the mailbox the importer answers in.
+    Messages* messages = nullptr;
+    // Runs a timer's work as the window runs every entry from the event
+    // loop (a failure told, the program kept up); null: run it plainly.
+    std::function<void(const QString& proc, const std::function<void()>& fn)> guarded;
     // Lets pending events run, the user's excepted (a long search).
     std::function<void()> letEventsRun;
 };
 
+// The working table replaces the table of lines, the old one kept as
+// bckpPelkor, all in one transaction: a crash at any instant leaves the
+// old table of lines whole or the new one whole.
+void swapWorkingTable(OpenLedger& led);
+
 class Session {
 public:
     explicit Session(SessionParts parts);
+    ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -175,6 +196,31 @@ public:
     // After every load of the lines while the screen is split.
     void afterLoad(bool isRefresh);
 
+    // ---- the statement importer (SessionDownload.cpp) ----------------------
+    // Starts the importer for the bank chosen and waits for its answer.
+    void callDataDownloader();
+    // The wait's tick (every second): the answer, the importer's end, the limit.
+    void timerMessageChecker_Timer();
+    // Brings the importer's window forward, once it is found (every 1.5 s).
+    void timerBankDataDownloaderWindowFinder_Timer();
+    // The download failed: told, and the session goes on in the visual form;
+    // the file's own choice of form is kept. mustCloseDownloader closes the
+    // importer's window; reason, when given, says what went wrong.
+    void handleUpdateFailure(bool mustCloseDownloader, const QString& reason = {});
+    // At exit: the importer's window goes, whether or not a download runs.
+    void closeDownloader();
+    bool downloading() const { return downloading_; }
+    int nSeconds = 0;                     // seconds waited for this download
+    int downloadLimitSeconds = 1700;      // then the wait ends as a failure
+
+    // A session of this file that ended without finishing (its process
+    // was killed) left its working table: told once at the next start,
+    // with how to bring the statement in again, and cleared. Nothing when
+    // another run of this file holds a session now.
+    void noticeInterruptedSession();
+    // The working tables may be dropped (no other run's session holds them).
+    bool mayDropWorkingTables();
+
 private:
     void refreshSummaries();
     void changed();
@@ -184,8 +230,17 @@ private:
     void finalSwap();
     bool rereadFeedIntoGrid();
     void navigateBankMenu(bool automatic);
+    void downloadEnded();
+    void runGuarded(const QString& proc, const std::function<void()>& fn);
+    // The lock that tells other runs of this file that a session holds its
+    // working tables; taken when the working table is made.
+    QString sessionLockPath() const;
+    void holdSessionLock();
 
     SessionParts p_;
+    bool downloading_ = false;
+    QTimer timerMessageChecker_, timerWindowFinder_;
+    std::unique_ptr<QLockFile> sessionLock_;
 };
 
 } // namespace pelkor::reconcile

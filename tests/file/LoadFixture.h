@@ -93,6 +93,7 @@ protected:
         env.messages = &messages;
         env.bus = busOverride;
         env.layouts = layouts;
+        env.importer = importer;
         env.endProcess = [this](int code) { endCode = code; };
         env.startInstance = [this](const QStringList& arguments) {
             startedInstances << arguments;
@@ -151,6 +152,7 @@ protected:
     LocalMessages messages{0x1234abcd};
     Bus* busOverride = nullptr;
     platform::KeyboardLayouts* layouts = nullptr;   // none switched when null
+    reconcile::Importer* importer = nullptr;        // the statement importer a session starts
     std::unique_ptr<ui::ScriptedUi> ui_;
     std::unique_ptr<frmMain> m;
     int endCode = -1;

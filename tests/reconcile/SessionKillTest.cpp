@@ -8,10 +8,12 @@
 
 #include "base/Format.h"
 #include "file/Display.h"
+#include "seams/platform/Paths.h"
 #include "seams/web/ScriptedWebView.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -78,7 +80,118 @@ TEST_F(SessionWorker, PairForever)
     }
 }
 
+// The importer, played in the worker: it leaves the statement the test
+// made in the temporary folder and answers OK.
+struct FeedLeavingImporter : reconcile::Importer {
+    QString feed, target;
+    Messages* box = nullptr;
+    bool alive = false;
+    QString program() const override { return QStringLiteral("runIt"); }
+    bool prepare(const QStringList&) override { return true; }
+    bool start(const QStringList&) override
+    {
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::remove(target);
+        alive = QFile::copy(feed, target);
+        box->setCaption(QStringLiteral("pelkor OK"));
+        return alive;
+    }
+    bool running() const override { return alive; }
+    bool crashed() const override { return false; }
+    int exitCode() const override { return 0; }
+    bool bringToFront(const QString&) override { return true; }
+    void close() override { alive = false; }
+};
+
+// A file bound to a bank: the statement comes through the importer, and
+// the opening proof empties the feed before the working table is made.
+// Says "session" once it pairs, then pairs until it is killed.
+TEST_F(SessionWorker, PairAfterDownload)
+{
+    FeedLeavingImporter runIt;
+    runIt.feed = qEnvironmentVariable(sessionFeed);
+    runIt.target = platform::Paths::under(dir.path()).tempDir + QStringLiteral("/atl613o4.dll");
+    runIt.box = &messages;
+    importer = &runIt;
+    start({QStringLiteral("open"), file}, QStringLiteral("לבטל התאמה => Yes\n"));
+    ASSERT_FALSE(m->ended());
+    m->cmdBankCoordination_Click();
+    m->session().timerMessageChecker_Timer();
+    ASSERT_TRUE(m->session().pairing());
+    ASSERT_EQ(queryRows(runIt.target, QStringLiteral("SELECT count(*) FROM mizrahiOsh")), QStringLiteral("0"));
+    std::cout << "session" << std::endl;
+    reconcile::Session& s = m->session();
+    for (int round = 0; round < 100000; ++round) {
+        g().setRow(m->ledger().iRowAboveRed + 1 + round % 20);
+        m->msfgMainMarkClicked();
+        s.bank.msfgBank.setRow(std::min(s.bank.iBankRowAboveRed + 1 + round % 20, s.bank.lastRow()));
+        m->msfgBankMarkClicked();
+        m->cmdCoordinate_Click();
+        if (s.coord.isWaitingForDialog()) {
+            messages.setCaption(QStringLiteral("pelkor CLOSED"));
+            m->timerCoordinationMessageChecker_Timer();
+        }
+    }
+}
+
+class SessionKillAfterDownload : public GridTest {};
+
 } // namespace
+
+// Killed after the feed was emptied: the file keeps every line as it was,
+// and the next start tells the user that the reconciliation was cut short
+// and how to bring the statement in again, once.
+TEST_F(SessionKillAfterDownload, TheNextStartSaysHowToBringTheStatementAgain)
+{
+    const QString feed = dir.filePath(QStringLiteral("statement.dll"));
+    makeFiles(file, feed);
+    {
+        store::Connection cn;
+        cn.open(file);
+        cn.executeRaw(QStringLiteral("UPDATE Defaults SET iBank=5, AccountNum='7';"));
+        cn.close();
+        cn.open(feed);
+        cn.executeRaw(QStringLiteral("ALTER TABLE demoOsh RENAME TO mizrahiOsh;"));
+    }
+    const QString before = query(QStringLiteral("SELECT * FROM pelkor ORDER BY id"));
+    const QString settings = query(QStringLiteral("SELECT * FROM Defaults"));
+    std::mt19937 rng(20251126);
+    for (int point = 0; point < 5; ++point) {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QString::fromLatin1(sessionFile), file);
+        env.insert(QString::fromLatin1(sessionFeed), feed);
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        p.setProcessEnvironment(env);
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=SessionWorker.PairAfterDownload")});
+        ASSERT_TRUE(p.waitForStarted());
+        QString out;
+        while (!out.contains(QStringLiteral("\nsession\n")) && p.state() == QProcess::Running) {
+            p.waitForReadyRead(100);
+            out += QString::fromUtf8(p.readAll());
+        }
+        ASSERT_EQ(p.state(), QProcess::Running) << out.toStdString();
+        QThread::msleep(rng() % 400);
+        p.kill();
+        p.waitForFinished();
+        ASSERT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before) << "at point " << point;
+        ASSERT_EQ(query(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='tempPelkor'")), QStringLiteral("1"))
+            << out.toStdString();
+    }
+    start({QStringLiteral("open"), file}, {});
+    const QString told = prompts().join(u'\n');
+    EXPECT_TRUE(told.contains(QStringLiteral("התאמת הבנק הקודמת של 'shop' נקטעה לפני שהושלמה. הקובץ נשאר כפי שהיה לפניה")))
+        << told.toStdString();
+    EXPECT_TRUE(told.contains(QStringLiteral("כדי להתאים שוב לחץ \"התאמת בנק\" וקלוט שוב את דף החשבון בחלון \"עידכון נתונים\"")))
+        << told.toStdString();
+    m->exitProg();
+    EXPECT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
+    EXPECT_EQ(query(QStringLiteral("SELECT * FROM Defaults")), settings);
+    QFile::remove(transcriptPath());
+    start({QStringLiteral("open"), file}, {});
+    EXPECT_TRUE(prompts().isEmpty()) << "told once: " << prompts().join(u'\n').toStdString();
+}
 
 TEST(SessionKill, AKilledSessionLeavesTheTableOfLinesAsItWas)
 {
