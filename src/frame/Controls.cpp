@@ -85,6 +85,7 @@ QString controlCaption(const QString& name)
         {"mnuMoveDates", "הזזת תאריכים..."},
         {"mnuInvoiceKinds", "סיווגי חשבוניות פתוחות..."},
         {"mnuCompare", "השוואה בין תקופות..."},
+        {"mnuOpenBankReport", "דו\"ח איחוד בנקים..."},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -239,6 +239,7 @@ bool frmMain::clickControl(const QString& name)
         {"mnuMoveDates", false, &frmMain::mnuMoveDates_Click},
         {"mnuInvoiceKinds", false, &frmMain::mnuInvoiceKinds_Click},
         {"mnuCompare", false, &frmMain::mnuCompare_Click},
+        {"mnuOpenBankReport", false, &frmMain::mnuOpenBankReport_Click},
     };
     // The period reports: one handler, by the period the control names.
     if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {
