@@ -36,7 +36,7 @@ const char pageStyle[] =
     "#divscr .datehd{z-index:3}\n"
     ".datetd{background:#dfe6f2;font-weight:bold;direction:ltr;text-align:center}\n"
     ".grp{border-right:2px solid #606060}\n"
-    ".grpname{font-weight:bold;background:white;padding:1px 4px;border-radius:3px}\n"
+    ".grpname{font-weight:bold;color:#203060;background:white;padding:1px 4px;border-radius:3px}\n"
     ".conversionlink{color:#ffffa0;font-size:9pt}\n"
     ".s{direction:ltr;text-align:right;min-width:60px}\n"
     ".negsumtd{color:#e00000}\n"

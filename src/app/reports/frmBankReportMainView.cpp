@@ -140,6 +140,10 @@ frmBankReportMainView::frmBankReportMainView(reports::BankReportParts parts, QWi
     split->addWidget(frameGraphpane_);
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 2);
+    split->setChildrenCollapsible(false);
+    wb_->setMinimumHeight(160);
+    frameGraphpane_->setMinimumHeight(140);
+    split->setSizes({440, 280});
     row->addWidget(split, 1);
     timerHover_.setInterval(250);
     connect(&timerHover_, &QTimer::timeout, this, [this] { timerHover_Timer(); });
