@@ -3,7 +3,7 @@
 // the same on a fast or a slow machine.
 //
 //   pelkor_bench [--sizes 10000,100000,1000000] [--data DIR] [--runs N]
-//                [--only store|bare|open|edit|delete|move|feed|bank|swap|match|web|charts|reports|compare]
+//                [--only store|bare|open|edit|delete|move|feed|bank|swap|match|web|charts|reports|compare|merged]
 //
 // Figures:
 //   read    all lines in the ledger's order through the store (translation,
@@ -40,6 +40,9 @@
 //   compare  both pages of a comparison of two files of 100,000 lines, a
 //           year each, against SQLite's grouped sum by kind of the same
 //           ranges (bench/CompareBench.cpp). Target 3.
+//   merged  the merged bank report of five files of 100,000 lines over a
+//           year, against SQLite's sum by day of the same files
+//           (bench/MergedBench.cpp). Target 3.
 //
 // Each figure is the best of several runs of each side, the two sides taking
 // turns and each going first in half of the rounds, so that a busy machine
@@ -596,6 +599,7 @@ void webFigure(const QString& program, int runs);
 #endif
 int chartsFigure(std::vector<Line>& lines, int runs); // ChartsBench.cpp
 int compareFigure(const QString& dataDir, int runs, const QString& outDir); // CompareBench.cpp
+int mergedFigure(const QString& dataDir, int runs, const QString& outDir);  // MergedBench.cpp
 int reportsFigure(const QString& path, long n, int runs, QString* kindPage, const QString& outDir); // ReportsBench.cpp
 #ifdef PELKOR_BENCH_WEB
 int reportRenderProcess(int argc, char** argv);
@@ -672,6 +676,12 @@ int main(int argc, char** argv)
     if (only.isEmpty() || only == QLatin1String("compare")) {
         QTemporaryDir pages;
         compareFigure(dataDir, runs > 0 ? runs : 5, pages.path());
+        if (!only.isEmpty())
+            return 0;
+    }
+    if (only.isEmpty() || only == QLatin1String("merged")) {
+        QTemporaryDir pages;
+        mergedFigure(dataDir, runs > 0 ? runs : 5, pages.path());
         if (!only.isEmpty())
             return 0;
     }

@@ -6,6 +6,7 @@
 #include "app/reconcile/ReconcileView.h"
 #include "app/Named.h"
 #include "app/frmFindView.h"
+#include "app/reports/frmBankReportMainView.h"
 #include "app/reports/frmCompareView.h"
 #include "app/reports/frmMonthReportMainView.h"
 #include "app/web/frmWaitMessageView.h"
@@ -299,6 +300,15 @@ frmMainView::frmMainView(frmMain& logic, QWidget* parent) : QMainWindow(parent),
     reportActions_.append(mnuCompare);
     connect(mnuCompare, &QAction::triggered, this, [this] { m_.clickControl(QStringLiteral("mnuCompare")); });
     connect(&m_, &frmMain::compareRequested, this, [this] { new frmCompareView(m_.compareParts(), this); });
+    // The merged bank report, a window beside this one.
+    QAction* mnuOpenBankReport = mnuReports_->addAction(controlCaption(QStringLiteral("mnuOpenBankReport")));
+    mnuOpenBankReport->setObjectName(QStringLiteral("mnuOpenBankReport"));
+    reportActions_.append(mnuOpenBankReport);
+    connect(mnuOpenBankReport, &QAction::triggered, this, [this] {
+        table_->setFocus();
+        m_.clickControl(QStringLiteral("mnuOpenBankReport"));
+    });
+    connect(&m_, &frmMain::bankReportRequested, this, [this] { new frmBankReportMainView(m_.bankReportParts(), this); });
     mnuDefs_ = menuBar()->addMenu(QStringLiteral("הגדרות"));
     mnuAutomaticBankCoordination_ = mnuDefs_->addAction(QStringLiteral("&משיכת נתונים אוטומטית"));
     mnuAutomaticBankCoordination_->setObjectName(QStringLiteral("mnuAutomaticBankCoordination"));

@@ -33,23 +33,29 @@ QString lineTable(const char* name)
     return QStringLiteral("CREATE TABLE %1 %2;\n").arg(QLatin1String(name), QLatin1String(lineTableColumns));
 }
 
+QString constantLinesTable()
+{
+    return QStringLiteral(
+        "CREATE TABLE ConstantLines (ConstantLineNum INTEGER PRIMARY KEY, KIND TEXT, FDate DATE,"
+        " TDate DATE, Steps TEXT, CONFIRM TEXT, DETAIL TEXT, \"IN\" DOUBLE, OUT DOUBLE,"
+        " Percent DOUBLE, TypeNum INTEGER, IndTzefi BOOLEAN);\n");
+}
+
+const char* const defaultsTable =
+    "CREATE TABLE Defaults (Password TEXT, Credit DOUBLE, NDays INTEGER, isAuto INTEGER,"
+    " iBank INTEGER, AccountNum CHARACTER(50));\n";
+
 QString commonTables()
 {
     return lineTable("pelkor") + catalogueTables() +
-           QStringLiteral(
-               "CREATE TABLE ConstantLines (ConstantLineNum INTEGER PRIMARY KEY, KIND TEXT, FDate DATE,"
-               " TDate DATE, Steps TEXT, CONFIRM TEXT, DETAIL TEXT, \"IN\" DOUBLE, OUT DOUBLE,"
-               " Percent DOUBLE, TypeNum INTEGER, IndTzefi BOOLEAN);\n");
+           constantLinesTable();
 }
 
 } // namespace
 
 QString dataFileScript()
 {
-    return commonTables() + lineTable("invoiceCategs") +
-           QStringLiteral(
-               "CREATE TABLE Defaults (Password TEXT, Credit DOUBLE, NDays INTEGER, isAuto INTEGER,"
-               " iBank INTEGER, AccountNum CHARACTER(50));\n");
+    return commonTables() + lineTable("invoiceCategs") + QLatin1String(defaultsTable);
 }
 
 QString oldDataFileScript()
@@ -66,6 +72,12 @@ QString mergeTemplateScript()
 {
     return QStringLiteral("CREATE TABLE mergedBanks (\"index\" INTEGER, fileName TEXT, conv DOUBLE);\n") +
            catalogueTables();
+}
+
+QString mergeFileTemplateScript()
+{
+    return mergeTemplateScript() + constantLinesTable() + lineTable("invoiceCategs") + QLatin1String(defaultsTable)
+        + QStringLiteral("INSERT INTO Defaults VALUES (NULL, 0, 90, 0, 0, '(none)');\n");
 }
 
 QStringList bankFeedTables()

@@ -68,6 +68,10 @@ QString oldDataFileScript();  // a file from before the upgrades: Defaults
                               // invoiceCategs
 QString paramsScript();       // PARAMETER
 QString mergeTemplateScript();// mergedBanks, category, Types, TypesCategories
+// merge.pkr as shipped: the four tables above, and what a merged file needs
+// to open as a ledger beside its lines (ConstantLines, invoiceCategs, one
+// row of Defaults with no password and no credit line).
+QString mergeFileTemplateScript();
 // A bank feed with the given tables ("poalimOsh", "demoOsh", ...) and main.
 QString feedScript(const QStringList& feedTables);
 // The feed table names of the twelve banks, deduplicated, in bank order.

@@ -89,6 +89,7 @@ QString controlCaption(const QString& name)
         {"mnuCompare", "השוואה בין תקופות..."},
         {"mnuMaxDayDiffForMatch", "הבדל ימים מירבי להתאמה"},
         {"mnuNDigitsForConfirmComparison", "מספר ספרות להשוואת אסמכתאות"},
+        {"mnuOpenBankReport", "דו\"ח איחוד בנקים..."},
     };
     for (const auto& c : captions)
         if (name == QLatin1String(c.name))

@@ -43,7 +43,10 @@
 #include <memory>
 
 namespace pelkor::ui { class Ui; }
-namespace pelkor::reports { struct ReportParts; }
+namespace pelkor::reports {
+struct ReportParts;
+struct BankReportParts;
+}
 namespace pelkor::web { class WebView; }
 
 namespace pelkor {
@@ -271,6 +274,10 @@ public:
     void mnuCompare_Click();
     reports::ReportParts compareParts();
     void compareClosed();
+    // mnuOpenBankReport (cmdReport_Click): the merged bank report window
+    // asked of the view, beside this one; bankReportParts are its parts.
+    void mnuOpenBankReport_Click();
+    reports::BankReportParts bankReportParts();
 
     // ---- moving lines and dates, invoice kinds (frmMainTransfer.cpp) ----
     // cmdMove: frmMoveOrCopy over the grid's selection, then the grid's focus.
@@ -310,6 +317,8 @@ signals:
     void periodReportRequested(const QString& sPeriod);
     // The comparison window is to open (mnuCompare_Click).
     void compareRequested();
+    // The merged bank report window is to open (mnuOpenBankReport_Click).
+    void bankReportRequested();
 
 private:
     ProgMode modeBeforeCompare_ = modeOpenedFile;

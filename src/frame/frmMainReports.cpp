@@ -4,6 +4,7 @@
 #include "frame/frmMain.h"
 
 #include "ledger/frmAddLine.h"
+#include "reports/frmBankReportMain.h"
 #include "reports/frmMonthReportMain.h"
 #include "seams/ui/Ui.h"
 
@@ -88,6 +89,43 @@ void frmMain::compareClosed()
         return exitProg();
     shown_.enabled = true;
     emit changed();
+}
+
+} // namespace pelkor
+
+namespace pelkor {
+
+// ---- the merged bank report --------------------------------------------
+
+void frmMain::mnuOpenBankReport_Click()
+{
+    // cmdReport_Click: Hebrew typing, the grid's focus, then the window.
+    keyboardLanguage(true);
+    emit bankReportRequested();
+}
+
+reports::BankReportParts frmMain::bankReportParts()
+{
+    reports::BankReportParts p{reportParts()};
+    p.report.openAddLine = nullptr;
+    p.mergeIniPath = env_.paths.mergeIniFile();
+    p.templatePath = env_.paths.programDir + QStringLiteral("/merge.pkr");
+    p.initialPagePath = env_.paths.programDir + QStringLiteral("/bankReportInitial.htm");
+    p.openDirectory = readParameter(QStringLiteral("directory"));
+    p.openAddLine = [this](const QString& file, std::function<void(const QString&)> tellOpener) {
+        frmAddLine dlg(ledger_, instance_, file, ui_, env_.today, std::move(tellOpener));
+        if (dlg.Form_Load())
+            ui_.runDialog(dlg);
+    };
+    // Closing: this window takes the changes a child made (or the run ends
+    // when it is not shown).
+    p.report.closed = [this] {
+        if (!shown_.visible)
+            return exitProg();
+        cmdRefresh_Click();
+    };
+    p.report.refreshMain = nullptr;
+    return p;
 }
 
 } // namespace pelkor

@@ -242,6 +242,7 @@ bool frmMain::clickControl(const QString& name)
         {"mnuTransferMoney", false, &frmMain::mnuTransferMoney_Click},
         {"mnuInvoiceKinds", false, &frmMain::mnuInvoiceKinds_Click},
         {"mnuCompare", false, &frmMain::mnuCompare_Click},
+        {"mnuOpenBankReport", false, &frmMain::mnuOpenBankReport_Click},
     };
     // The period reports: one handler, by the period the control names.
     if (const QString period = periodOfControl(name); !period.isEmpty() && instance_.progMode != modeNewLines) {

@@ -2,15 +2,20 @@
 //
 //   pelkor-gen <file.pkr> [--lines N] [--years Y] [--damaged K] [--seed S]
 //   pelkor-gen <file.pkr> --demo      the demonstration ledger (a year ending today)
+//   pelkor-gen <merge.pkr> --merge-template   the merged bank report's template,
+//                                     made by the build beside the program
 //
 // The file is replaced if it exists. See file/LedgerGenerator.h for what a
 // generated ledger holds.
 #include "gen/DemoLedger.h"
 #include "gen/LedgerGenerator.h"
+#include "file/Schema.h"
+#include "seams/store/Connection.h"
 #include "seams/store/StoreError.h"
 
 #include <QCoreApplication>
 #include <QDate>
+#include <QFile>
 #include <cstdio>
 
 int main(int argc, char** argv)
@@ -29,6 +34,23 @@ int main(int argc, char** argv)
             return 1;
         }
         return 0;
+    }
+    if (a.size() == 3 && a[2] == QLatin1String("--merge-template")) {
+        // Made beside its name and renamed, so a build never leaves half a template.
+        const QString part = a[1] + QStringLiteral(".part");
+        QFile::remove(part);
+        try {
+            pelkor::store::Connection cn;
+            cn.open(part, pelkor::store::Connection::OpenMode::ReadWriteCreate);
+            cn.executeRaw(pelkor::schema::mergeFileTemplateScript());
+            cn.close();
+        } catch (const pelkor::store::StoreError& e) {
+            QFile::remove(part);
+            std::fprintf(stderr, "pelkor-gen: %s\n", e.what());
+            return 1;
+        }
+        QFile::remove(a[1]);
+        return QFile::rename(part, a[1]) ? 0 : 1;
     }
     pelkor::generator::GeneratorOptions o;
     for (int i = 2; i + 1 < a.size(); i += 2) {

@@ -7,6 +7,7 @@
 #include "app/ui/frmPasswordView.h"
 #include "app/ui/dlgKindView.h"
 #include "app/ui/frmAddLineView.h"
+#include "app/ui/frmConvertView.h"
 #include "app/ui/frmCalcView.h"
 #include "app/ui/frmConstantTransactionsView.h"
 #include "app/ui/frmSubtractFromTzefiView.h"
@@ -320,6 +321,8 @@ bool QtUi::runDialog(Dialog& d)
         shown = show<frmTransferView, transfer::frmTransfer>(d, parent_, owner());
     else if (name == QLatin1String("frmInvoiceKinds"))
         shown = show<frmInvoiceKindsView, reports::frmInvoiceKinds>(d, parent_, owner());
+    else if (name == QLatin1String("frmConvert"))
+        shown = show<frmConvertView, reports::frmConvert>(d, parent_, owner());
     if (!shown)
         qWarning("pelkor: no window for the dialog %s", qUtf8Printable(name));
     if (!d.isClosed())
