@@ -99,6 +99,10 @@ namespace pelkor {
 
 void frmMain::mnuOpenBankReport_Click()
 {
+    // The merged file is made by this very report: a run on it opens none,
+    // or each summary would open another report.
+    if (instance_.isMerged)
+        return;
     // cmdReport_Click: Hebrew typing, the grid's focus, then the window.
     keyboardLanguage(true);
     emit bankReportRequested();
@@ -112,6 +116,7 @@ reports::BankReportParts frmMain::bankReportParts()
     p.templatePath = env_.paths.programDir + QStringLiteral("/merge.pkr");
     p.initialPagePath = env_.paths.programDir + QStringLiteral("/bankReportInitial.htm");
     p.openDirectory = readParameter(QStringLiteral("directory"));
+    p.transferMoney = [this] { openTransfer(); };
     p.openAddLine = [this](const QString& file, std::function<void(const QString&)> tellOpener) {
         frmAddLine dlg(ledger_, instance_, file, ui_, env_.today, std::move(tellOpener));
         if (dlg.Form_Load())

@@ -4,6 +4,7 @@
 // live page starting a detail child of that day and file (played by the
 // test), and the pane given back by the child's answer. Saves
 // <build>/screenshots/bankReport.png.
+#include "app/charts/uctlTaskpaneButton.h"
 #include "app/reports/frmBankReportMainView.h"
 #include "app/web/QtWebView.h"
 #include "charts/clsBackBuffer.h"
@@ -58,12 +59,14 @@ TEST_F(BankReportView, ThePageBuildsAndACellClickAsksForADetailChild)
     const QMultiMap<QString, Spoken> spoken = spokenControls(view);
     for (const char* name : {"cmdShow", "chkShowGraphs", "cmdTransferMoney", "cmdClose", "cmdExport", "chkShowIncomeAndExpenseCols",
                              "cmdSaveInIni", "cmdRemove", "cmdAdd", "cmdMonthReport", "cmdWeekReport", "cmdDayReport", "cmdPrintPreview"}) {
-        auto* b = view->findChild<QAbstractButton*>(QLatin1String(name));
+        auto* b = view->findChild<charts::uctlTaskpaneButton*>(QLatin1String(name));
         ASSERT_NE(b, nullptr) << name;
         ASSERT_TRUE(spoken.contains(QLatin1String(name))) << name;
-        EXPECT_EQ(spoken.value(QLatin1String(name)).name, b->text()) << name;
+        EXPECT_EQ(spoken.value(QLatin1String(name)).name, b->faceText()) << name;
     }
-    EXPECT_EQ(view->findChild<QAbstractButton*>(QStringLiteral("chkShowGraphs"))->text(), QStringLiteral("הסתר תרשימי יתרה"));
+    // The charts are shown: their check button offers to hide them.
+    EXPECT_EQ(view->findChild<charts::uctlTaskpaneButton*>(QStringLiteral("chkShowGraphs"))->faceText(),
+              QStringLiteral("הסתר תרשימי יתרה"));
     EXPECT_GT(view->separateChart().pointCount(), 0);
     pause(300);
     view->grab().save(shot(QStringLiteral("bankReport.png")));

@@ -1,5 +1,6 @@
 #include "app/reports/frmBankReportMainView.h"
 
+#include "app/charts/uctlTaskpaneButton.h"
 #include "app/Named.h"
 #include "app/Placement.h"
 #include "app/charts/ChartView.h"
@@ -40,14 +41,12 @@ constexpr int hoverGap = 16;   // the hover's box stands this far above its poin
 QAbstractButton* taskButton(QWidget* parent, const char* objectName, const QString& caption, bool check,
                             const QString& downCaption)
 {
-    auto* b = new QPushButton(caption, parent);
+    auto* b = new charts::uctlTaskpaneButton(parent);
     b->setObjectName(QLatin1String(objectName));
+    b->setText(caption);
     b->setCheckable(check);
-    if (check && !downCaption.isEmpty()) {
-        QObject::connect(b, &QAbstractButton::toggled, b, [b, caption, downCaption](bool down) {
-            b->setText(down ? downCaption : caption);
-        });
-    }
+    if (check && !downCaption.isEmpty())
+        b->setDownCaption(downCaption);
     return b;
 }
 
