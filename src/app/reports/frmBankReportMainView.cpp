@@ -71,9 +71,12 @@ frmBankReportMainView::frmBankReportMainView(reports::BankReportParts parts, QWi
     auto* cmdAdd = taskButton(frameTaskPane_, "cmdAdd", QStringLiteral("הוסף"), false);
     cmdRemove_ = taskButton(frameTaskPane_, "cmdRemove", QStringLiteral("הסר"), false);
     auto* cmdSaveInIni = taskButton(frameTaskPane_, "cmdSaveInIni", QStringLiteral("שמור רשימה"), false);
-    for (QAbstractButton* b : {cmdAdd, cmdRemove_, cmdSaveInIni})
+    // Add and remove side by side; the list's saving, whose caption is
+    // longer, under them at the pane's width.
+    for (QAbstractButton* b : {cmdAdd, cmdRemove_})
         listButtons->addWidget(b);
     pane->addLayout(listButtons);
+    pane->addWidget(cmdSaveInIni);
     auto* range = new QHBoxLayout();
     range->addWidget(new QLabel(QStringLiteral("מתאריך:"), frameTaskPane_));
     txtFrom_ = named(new QLineEdit(frameTaskPane_), QStringLiteral("txtFrom"), QStringLiteral("מתאריך"));
