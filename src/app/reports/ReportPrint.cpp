@@ -53,4 +53,16 @@ QPrintPreviewDialog* makeReportPreview(QWidget* owner, QWebEngineView* engine, b
     return dlg;
 }
 
+void showReportPreview(QWidget* owner, QWebEngineView* engine, bool backgroundColors, std::function<QString()> pdfName,
+                       QWidget*& preview, bool modeless)
+{
+    auto* dlg = makeReportPreview(owner, engine, backgroundColors, std::move(pdfName));
+    preview = dlg;
+    QObject::connect(dlg, &QObject::destroyed, owner, [&preview] { preview = nullptr; });
+    if (modeless)
+        dlg->open();
+    else
+        dlg->exec();
+}
+
 } // namespace pelkor

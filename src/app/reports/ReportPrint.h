@@ -18,4 +18,9 @@ namespace pelkor {
 QPrintPreviewDialog* makeReportPreview(QWidget* owner, QWebEngineView* engine, bool backgroundColors,
                                        std::function<QString()> pdfName);
 
+// The preview shown: preview holds it while it is open (null after), and a
+// modeless preview returns at once, as the view tests want.
+void showReportPreview(QWidget* owner, QWebEngineView* engine, bool backgroundColors, std::function<QString()> pdfName,
+                       QWidget*& preview, bool modeless);
+
 } // namespace pelkor

@@ -332,14 +332,8 @@ void frmBankReportMainView::printPreview(web::WebView& view, bool backgroundColo
 {
     if (&view != static_cast<web::WebView*>(wb_))
         return;
-    auto* dlg = makeReportPreview(this, wb_->engineView(), backgroundColors,
-                                  [this] { return logic_->proposedExportName() + QStringLiteral(".pdf"); });
-    preview_ = dlg;
-    connect(dlg, &QObject::destroyed, this, [this] { preview_ = nullptr; });
-    if (previewModeless_)
-        dlg->open();
-    else
-        dlg->exec();
+    showReportPreview(this, wb_->engineView(), backgroundColors,
+                      [this] { return logic_->proposedExportName() + QStringLiteral(".pdf"); }, preview_, previewModeless_);
 }
 
 void frmBankReportMainView::closeEvent(QCloseEvent* e)

@@ -245,14 +245,8 @@ void frmMonthReportMainView::printPreview(web::WebView& view, bool backgroundCol
     web::QtWebView* v = viewOf(view);
     if (!v)
         return;
-    auto* dlg = makeReportPreview(this, v->engineView(), backgroundColors,
-                                  [this] { return logic_->proposedSaveName() + QStringLiteral(".pdf"); });
-    preview_ = dlg;
-    connect(dlg, &QObject::destroyed, this, [this] { preview_ = nullptr; });
-    if (previewModeless_)
-        dlg->open();
-    else
-        dlg->exec();
+    showReportPreview(this, v->engineView(), backgroundColors,
+                      [this] { return logic_->proposedSaveName() + QStringLiteral(".pdf"); }, preview_, previewModeless_);
 }
 
 void frmMonthReportMainView::closeEvent(QCloseEvent* e)
