@@ -3,6 +3,7 @@
 #include "reconcile/Session.h"
 
 #include "SessionFixture.h"
+#include "ledger/Zeroing.h"
 #include "seams/web/ScriptedWebView.h"
 
 #include <QFile>
@@ -53,7 +54,7 @@ protected:
             led, inst, main, shown, forward, window, [this]() -> web::WebView& { return web; }, tempPath, dir.path(), QDate(2025, 5, 11),
             [this] { led.cn.close(); },
             [this] { if (!led.cn.isOpen()) led.cn.open(file); },
-            {}, {}, {}, {}, {}, {}});
+            {}, [this] { updateIpus(led, inst); }, {}, {}, {}, {}});
         before = query(QStringLiteral("SELECT * FROM pelkor ORDER BY id"));
     }
     void load(bool refresh)
@@ -153,6 +154,39 @@ TEST_F(WholeSessionTest, AFileThatDisagreesWithTheBankStaysOnItsTableOfLines)
     session->cmdExitCoordination_Click();
     EXPECT_FALSE(session->active());
     EXPECT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
+}
+
+// The closing proof's two bounds: an agora short takes a rounding line and
+// the session ends; a hair more is a failed proof and the table of lines
+// stays as it was.
+TEST_F(WholeSessionTest, TheClosingProofRoundsAnAgoraAndFailsPastIt)
+{
+    open();
+    pair(QStringLiteral("sale"), 2);
+    pair(QStringLiteral("salary"), 3);
+    led.cn.execute(QStringLiteral("UPDATE tempPelkor SET out = 200.0100001 WHERE id = 3"));
+    session->cmdBankCoordination_Click();
+    EXPECT_TRUE(prompts().join(u'\n').contains(QStringLiteral("ההתאמה האוטומטית נכשלה. הינך מועבר להתאמה ידנית")));
+    EXPECT_TRUE(session->shown.cmdGoToAutomaticCoordination);
+    EXPECT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before);
+
+    scripted(QStringLiteral("לצאת ממסך ההתאמה => OK"));
+    session->cmdExitCoordination_Click();
+    ASSERT_FALSE(session->active());
+    scripted({});
+    open();
+    pair(QStringLiteral("sale"), 2);
+    pair(QStringLiteral("salary"), 3);
+    led.cn.execute(QStringLiteral("UPDATE tempPelkor SET out = 200.01 WHERE id = 3"));
+    session->cmdBankCoordination_Click();
+    EXPECT_FALSE(session->active());
+    EXPECT_EQ(query(QStringLiteral("SELECT id, [in], out, date FROM pelkor WHERE id = 4")),
+              QStringLiteral("4|0.01|0|06/05/2025"));
+    // The mark on the last line, in the file's order, of the bank row's day.
+    load(true);
+    ASSERT_EQ(led.lines.size(), 4u);
+    EXPECT_EQ(led.lines.back().Date, QDate(2025, 5, 6));
+    EXPECT_EQ(query(QStringLiteral("SELECT id FROM pelkor WHERE zee = 'ZZZZZZZZZZ'")), led.lines.back().Id);
 }
 
 } // namespace
