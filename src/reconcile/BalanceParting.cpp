@@ -43,7 +43,9 @@ std::optional<Parting> findParting(const std::vector<DatedBalance>& file, const 
 
 QString partingText(const Parting& p)
 {
-    return QStringLiteral("היתרות נפרדות ב-%1: הפרש %2").arg(formatDate224(p.date), FormatSum(p.diff));
+    // The sum stands in a left-to-right isolate, so that in the Hebrew line
+    // its minus shows behind the digits, as in the grid.
+    return QStringLiteral("היתרות נפרדות ב-%1: הפרש \u2066%2\u2069").arg(formatDate224(p.date), FormatSum(p.diff));
 }
 
 } // namespace pelkor::reconcile

@@ -45,7 +45,7 @@ TEST(BalancePartingTest, TheRunOfDisagreementEndsAtTheLastAgreeingDay)
     ASSERT_TRUE(p.has_value());
     EXPECT_EQ(p->date, QDate(2025, 4, 25));
     EXPECT_NEAR(p->diff, -10, 1e-9);
-    EXPECT_EQ(partingText(*p), QStringLiteral("היתרות נפרדות ב-25/04/2025: הפרש 10.00-"));
+    EXPECT_EQ(partingText(*p), QStringLiteral("היתרות נפרדות ב-25/04/2025: הפרש \u206610.00-\u2069"));
     // Agreeing at the date itself: nothing to tell; a bank that never
     // agrees parts on the first day both sides have.
     EXPECT_FALSE(findParting(file, bank, QDate(2025, 4, 22)).has_value());
@@ -82,7 +82,7 @@ TEST_F(BalanceDialogTest, EachResultOfTheOpeningProof)
     EXPECT_TRUE(session->shown.cmdGoToAutomaticCoordination);
     EXPECT_NEAR(session->balanceDiff, -10, 1e-9);
     EXPECT_EQ(session->iBankRowOnIpus, 3);
-    EXPECT_EQ(session->shown.lblParting, QStringLiteral("היתרות נפרדות ב-25/04/2025: הפרש 10.00-"));
+    EXPECT_EQ(session->shown.lblParting, QStringLiteral("היתרות נפרדות ב-25/04/2025: הפרש \u206610.00-\u2069"));
     EXPECT_EQ(session->reallyCompareBalances(QDate(2025, 4, 30)), 2);
     EXPECT_TRUE(prompts().join(u'\n').contains(QStringLiteral("יתרה לא תואמת"))) << prompts().join(u'\n').toStdString();
     // No bank row on or before the date: 3; the last one earlier: 4.
