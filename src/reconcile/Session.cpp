@@ -458,7 +458,6 @@ void Session::showDisagreement(int lastRow)
     shown.lblParting = partingHint(lastRow);
     rereadFeedIntoGrid();
     shown.cmdBankCoordinationCaption = exitWord;
-    shown.mnuPerformBankCoordinationCaption = exitWord;
     shown.endCoordinationPicture = false;
     feed.closeCnNew();
     if (p_.sendToExcel)

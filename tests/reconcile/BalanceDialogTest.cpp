@@ -131,6 +131,10 @@ TEST_F(BalanceDialogTest, ABalancingLineOnTheZeroingDateOpensTheSession)
     EXPECT_TRUE(session->pairing());
     EXPECT_EQ(query(QStringLiteral("SELECT kind, date, [in], out, TypeNum, memo FROM pelkor WHERE detail='שורת איזון יתרה'")),
               QStringLiteral("-0|30/04/2025|0|10|2|ללא צבע"));
+    // The session opened after the disagreement is finished by the button,
+    // not left by it.
+    EXPECT_EQ(session->shown.mnuPerformBankCoordinationCaption, QStringLiteral("השלם התאמה"));
+    EXPECT_TRUE(session->shown.cmdBankCoordinationCaption.isEmpty());
 }
 
 TEST_F(BalanceDialogTest, ABalancingLineOnTheIncomeSideWhenTheBankHasMore)

@@ -153,6 +153,29 @@ TEST_F(ReconcileViewTest, APairMadeAndUndoneByClicksAndASessionLeftWithTheFileAs
     EXPECT_FALSE(matches->isVisible());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 
+    // A pair accepted on the page and applied by OK; the next click in a
+    // line's pink cell marks that line at once.
+    m->mnuFindMatches_Click();
+    ASSERT_TRUE(waitFor([&] { return matches->isVisible(); }));
+    auto* proposals = matches->findChild<web::QtWebView*>(QStringLiteral("wb"));
+    ASSERT_TRUE(waitFor([&] { return proposals->readyState() == QLatin1String("complete") &&
+                                     proposals->count(QStringLiteral("imgAccept")) > 0; }));
+    proposals->execScript(QStringLiteral("acceptClicked(1)"));
+    ASSERT_TRUE(waitFor([&] { return m->session().finder.isAcceptedMatch(1); }));
+    const int paired = m->session().finder.matches.front().iMain;
+    matches->findChild<QAbstractButton*>(QStringLiteral("cmdOK"))->click();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m->mainGrid().msfgMain.text(paired, colMark), QStringLiteral("v"));
+    int free = -1;
+    for (int r = m->ledger().iRowAboveRed + 1; r < m->mainGrid().msfgMain.Rows() && free < 0; ++r)
+        if (m->mainGrid().msfgMain.text(r, colMark).isEmpty() && !m->mainGrid().msfgMain.isRowHidden(r))
+            free = r;
+    ASSERT_GT(free, 0);
+    clickMark(main, free);
+    EXPECT_EQ(m->session().links.paintedIDs.size(), 1);
+    clickMark(main, free);
+    EXPECT_EQ(m->session().links.paintedIDs.size(), 0);
+
     button(QStringLiteral("cmdExitCoordination"))->click();
     QCoreApplication::processEvents();
     EXPECT_FALSE(m->session().active());
