@@ -22,6 +22,21 @@ namespace {
 const QString matchesTitle = QStringLiteral("התאמות");
 constexpr int twipsPerPixel = 15;
 
+// A column's width on the page: the grid's own, or, where the window sized
+// the column to its texts and told the grid nothing, one that holds them.
+int columnPixels(const grid::GridModel& g, int c)
+{
+    if (g.ColWidth(c) > 0)
+        return g.ColWidth(c) / twipsPerPixel;
+    switch (c) {
+    case colKind: return 40;
+    case colDate: return 80;
+    case colConfirm: return 70;
+    case colDetail: return 260;
+    default: return 85;   // the sums
+    }
+}
+
 // The pictures of a pair's decision, drawn in the page itself.
 QString picture(const QString& id, const QString& fill, const QString& mark, const QString& onclick, int i, bool hidden)
 {
@@ -203,7 +218,7 @@ int MatchFinder::pageWidth() const
 {
     int w = (630 + 1725 + (matches.size() > 9 ? 325 : 0)) / twipsPerPixel;
     for (int c = colKind; c <= colOut; ++c)
-        w += std::max(p_.main.msfgMain.ColWidth(c), 0) / twipsPerPixel;
+        w += columnPixels(p_.main.msfgMain, c);
     return w;
 }
 
@@ -234,7 +249,7 @@ QString MatchFinder::pageHtml(int n) const
     h += QStringLiteral("<tr id=headerTR class=pelkorheaderTR style=\"height:17px;background:#7777c0;color:white\"><td width=%1>מיקום</td>")
              .arg(630 / twipsPerPixel);
     for (int c = colKind; c <= colOut; ++c) {
-        h += QStringLiteral("<td width=%1>").arg(std::max(g.ColWidth(c), 0) / twipsPerPixel);
+        h += QStringLiteral("<td width=%1>").arg(columnPixels(g, c));
         web::appendEscaped(h, g.text(0, c));
         h += QStringLiteral("</td>");
     }

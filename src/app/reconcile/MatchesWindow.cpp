@@ -70,9 +70,8 @@ void frmMatchesView::mirror()
         return;
     }
     // Nine pairs show without scrolling; the buttons stand below the page.
-    // The grid's columns may not have reported their widths: the page still
-    // gets room for a readable row.
-    const int width = std::max(finder.pageWidth(), 900);
+    // As wide as the page's header, with room for the page's own margin.
+    const int width = std::max(finder.pageWidth() + 24, 640);
     wb_->setFixedSize(width, finder.pageHeight());
     if (!isVisible()) {
         adjustSize();
