@@ -248,7 +248,12 @@ QStringList QtUi::runFileDialog(const FileDialogOptions& spec, bool save)
     for (;;) {
         if (dlg.exec() != QDialog::Accepted)
             return {};
-        const QStringList files = dlg.selectedFiles();
+        QStringList files = dlg.selectedFiles();
+        // A saved name whose dots are the filter's no suffix gets its
+        // extension, as one with no dot does.
+        if (save)
+            for (QString& f : files)
+                f = withDefaultExt(f, ext, spec.filter);
         bool pathsExist = true;
         for (const QString& f : files)
             pathsExist = pathsExist && QFileInfo(f).absoluteDir().exists();

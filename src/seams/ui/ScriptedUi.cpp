@@ -112,7 +112,7 @@ QStringList ScriptedUi::chooseFiles(const QString& kind, const FileDialogOptions
         for (const QString& p : a->split(QLatin1Char(';'))) {
             const QString path = p.trimmed();
             if (!path.isEmpty())
-                files << withDefaultExt(path, spec.defaultExt);
+                files << withDefaultExt(path, spec.defaultExt, kind == QLatin1String("save") ? spec.filter : QString());
         }
         if (!multi && files.size() > 1)
             files = files.mid(0, 1);

@@ -83,14 +83,28 @@ QString qtFilter(const QString& oldFilter)
     return qtNameFilters(oldFilter).join(QStringLiteral(";;"));
 }
 
-QString withDefaultExt(const QString& path, const QString& defaultExt)
+QString withDefaultExt(const QString& path, const QString& defaultExt, const QString& filter)
 {
     QString ext = defaultExt.trimmed();
     if (ext.startsWith(QLatin1Char('.')))
         ext.remove(0, 1);
-    if (path.isEmpty() || ext.isEmpty() || !QFileInfo(path).suffix().isEmpty())
+    if (path.isEmpty() || ext.isEmpty())
         return path;
-    return path + QLatin1Char('.') + ext;
+    const QString suffix = QFileInfo(path).suffix();
+    if (suffix.isEmpty())
+        return path + QLatin1Char('.') + ext;
+    // The filter's patterns are every other part of "desc|*.a;*.b|...".
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    bool named = false, any = parts.size() < 2;
+    for (qsizetype i = 1; i < parts.size(); i += 2)
+        for (const QString& p : parts[i].split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+            const QString pattern = p.trimmed();
+            if (pattern == QLatin1String("*.*") || pattern == QLatin1String("*"))
+                any = true;
+            else if (pattern.startsWith(QLatin1String("*.")) && pattern.mid(2).compare(suffix, Qt::CaseInsensitive) == 0)
+                named = true;
+        }
+    return named || any ? path : path + QLatin1Char('.') + ext;
 }
 
 } // namespace pelkor::ui

@@ -65,8 +65,11 @@ QStringList qtNameFilters(const QString& oldFilter);
 QString qtFilter(const QString& oldFilter);
 
 // The file name with defaultExt added when it has no suffix of its own (the
-// old dialog's DefaultExt). An empty name stays empty.
-QString withDefaultExt(const QString& path, const QString& defaultExt);
+// old dialog's DefaultExt). With a filter, a suffix none of its patterns
+// names (the "2027" of "report 24.01.2027") counts as part of the name, and
+// the extension is added too; "*.*" or "*" takes any suffix. An empty name
+// stays empty.
+QString withDefaultExt(const QString& path, const QString& defaultExt, const QString& filter = {});
 
 class Ui {
 public:

@@ -140,6 +140,14 @@ TEST(FileDialogOptions, OldFiltersBecomeQtNameFilters)
     EXPECT_EQ(withDefaultExt(QStringLiteral("/a/b.c/report"), QStringLiteral("htm")),
               QStringLiteral("/a/b.c/report.htm"));
     EXPECT_EQ(withDefaultExt(QStringLiteral("x.pkr"), QStringLiteral("htm")), QStringLiteral("x.pkr"));
+    // A date's dots at the end of a proposed name are not a suffix the
+    // filter knows; a suffix it knows, or any under "*.*", stays.
+    const QString pages = QStringLiteral("HTML (*.htm)|*.htm;*.html");
+    EXPECT_EQ(withDefaultExt(QStringLiteral("r 22.11.2026 עד 24.01.2027"), QStringLiteral("htm"), pages),
+              QStringLiteral("r 22.11.2026 עד 24.01.2027.htm"));
+    EXPECT_EQ(withDefaultExt(QStringLiteral("r.HTML"), QStringLiteral("htm"), pages), QStringLiteral("r.HTML"));
+    EXPECT_EQ(withDefaultExt(QStringLiteral("r.2027"), QStringLiteral("htm"), QStringLiteral("הכל|*.*")),
+              QStringLiteral("r.2027"));
 }
 
 TEST(Answer, NamesRoundTripAndUnknownIsRefused)
