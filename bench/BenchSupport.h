@@ -3,6 +3,7 @@
 // and a figure measured in a process of its own.
 #pragma once
 
+#include <QDate>
 #include <QString>
 #include <QStringList>
 
@@ -65,6 +66,19 @@ std::pair<double, double> medianOfBlocks(int count, Mine mine, Base base, int bl
 // decimals: 1 for figures of tens of milliseconds and more, 2 for fractions
 // of one.
 void printFigure(const QString& figure, double mine, double base, const char* target, int decimals = 1);
+
+// The lines of the ledger at path; -1 when it is missing or not a ledger.
+long countLines(const QString& path);
+
+// A generated ledger of lines over the year that ends on last, made at
+// path unless one of that many lines lies there already (what names it in
+// the note printed while it is made).
+void yearLedger(const QString& path, long lines, const QDate& last, unsigned seed, const QString& what);
+
+// The bare side of a report's figure: sql, a grouped sum of "in" and out
+// with ?1 and ?2 for the range's ends, run by SQLite alone on the file at
+// path; the sum of its rows' in less out.
+double bareGroupedSum(const QString& path, const char* sql, const QDate& from, const QDate& to);
 
 // Runs the event loop until done or timeoutMs; whether done.
 bool waitUntil(const std::function<bool()>& done, int timeoutMs = 60000);

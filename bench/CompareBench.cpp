@@ -16,7 +16,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <sqlite3.h>
 
 #include <array>
 #include <cstdio>
@@ -27,19 +26,6 @@ using namespace pelkor::reports;
 namespace {
 
 constexpr long compareLines = 100000;
-
-long lineCount(const QString& path)
-{
-    if (!QFile::exists(path))
-        return -1;
-    try {
-        store::Connection cn;
-        cn.open(path);
-        return long(cn.execute(QStringLiteral("SELECT COUNT(id) FROM pelkor")).at(0, 0).toInt());
-    } catch (const std::exception&) {
-        return -1;
-    }
-}
 
 double comparePages(const std::array<QString, 2>& paths, const std::array<DateRange, 2>& ranges, const QString& outDir)
 {
@@ -83,21 +69,10 @@ double bareGroupedSums(const std::array<QString, 2>& paths, const std::array<Dat
     QElapsedTimer t;
     t.start();
     double total = 0;
-    for (int i = 0; i < 2; ++i) {
-        sqlite3* db = nullptr;
-        sqlite3_open_v2(paths[size_t(i)].toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
-        sqlite3_stmt* st = nullptr;
-        sqlite3_prepare_v2(db, "SELECT kind, sum(\"in\"), sum(out) FROM pelkor WHERE date>=?1 AND date<=?2 GROUP BY kind", -1, &st,
-                           nullptr);
-        const QByteArray from = ranges[size_t(i)].fromDate.toString(Qt::ISODate).toUtf8();
-        const QByteArray to = ranges[size_t(i)].toDate.toString(Qt::ISODate).toUtf8();
-        sqlite3_bind_text(st, 1, from.constData(), -1, SQLITE_TRANSIENT);
-        sqlite3_bind_text(st, 2, to.constData(), -1, SQLITE_TRANSIENT);
-        while (sqlite3_step(st) == SQLITE_ROW)
-            total += sqlite3_column_double(st, 1) - sqlite3_column_double(st, 2);
-        sqlite3_finalize(st);
-        sqlite3_close(db);
-    }
+    for (int i = 0; i < 2; ++i)
+        total += bench::bareGroupedSum(paths[size_t(i)],
+                                "SELECT kind, sum(\"in\"), sum(out) FROM pelkor WHERE date>=?1 AND date<=?2 GROUP BY kind",
+                                ranges[size_t(i)].fromDate, ranges[size_t(i)].toDate);
     const double ms = double(t.nsecsElapsed()) / 1e6;
     if (total == 0)
         std::fprintf(stderr, "compare: the bare sums summed nothing\n");
@@ -114,15 +89,7 @@ int compareFigure(const QString& dataDir, int runs, const QString& outDir)
         const QDate last(2025 - i, 12, 31);
         paths[size_t(i)] = QStringLiteral("%1/compare-%2-%3.pkr").arg(dataDir).arg(compareLines).arg(last.year());
         ranges[size_t(i)] = DateRange{QDate(last.year(), 1, 1), last};
-        if (lineCount(paths[size_t(i)]) != compareLines) {
-            std::fprintf(stderr, "generating %ld lines of %d...\n", compareLines, last.year());
-            generator::GeneratorOptions o;
-            o.lines = compareLines;
-            o.lastDate = last;
-            o.years = 1;
-            o.seed = 20261125u + unsigned(i);
-            generator::generateLedger(paths[size_t(i)], o);
-        }
+        bench::yearLedger(paths[size_t(i)], compareLines, last, 20261125u + unsigned(i), QString::number(last.year()));
     }
     comparePages(paths, ranges, outDir);
     bareGroupedSums(paths, ranges);

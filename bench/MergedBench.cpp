@@ -13,7 +13,6 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <sqlite3.h>
 
 #include <cstdio>
 
@@ -24,19 +23,6 @@ namespace {
 
 constexpr long mergedLines = 100000;
 constexpr int mergedFiles = 5;
-
-long fileLines(const QString& path)
-{
-    if (!QFile::exists(path))
-        return -1;
-    try {
-        store::Connection cn;
-        cn.open(path);
-        return long(cn.execute(QStringLiteral("SELECT COUNT(id) FROM pelkor")).at(0, 0).toInt());
-    } catch (const std::exception&) {
-        return -1;
-    }
-}
 
 double mergedReport(const QStringList& paths, const QDate& from, const QDate& to, const QString& outDir)
 {
@@ -64,20 +50,9 @@ double bareDaySums(const QStringList& paths, const QDate& from, const QDate& to)
     QElapsedTimer t;
     t.start();
     double total = 0;
-    const QByteArray f = from.toString(Qt::ISODate).toUtf8(), l = to.toString(Qt::ISODate).toUtf8();
-    for (const QString& p : paths) {
-        sqlite3* db = nullptr;
-        sqlite3_open_v2(p.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
-        sqlite3_stmt* st = nullptr;
-        sqlite3_prepare_v2(db, "SELECT date, sum(\"in\"), sum(out) FROM pelkor WHERE date>=?1 AND date<=?2 GROUP BY date", -1, &st,
-                           nullptr);
-        sqlite3_bind_text(st, 1, f.constData(), -1, SQLITE_TRANSIENT);
-        sqlite3_bind_text(st, 2, l.constData(), -1, SQLITE_TRANSIENT);
-        while (sqlite3_step(st) == SQLITE_ROW)
-            total += sqlite3_column_double(st, 1) - sqlite3_column_double(st, 2);
-        sqlite3_finalize(st);
-        sqlite3_close(db);
-    }
+    for (const QString& p : paths)
+        total += bench::bareGroupedSum(p, "SELECT date, sum(\"in\"), sum(out) FROM pelkor WHERE date>=?1 AND date<=?2 GROUP BY date", from,
+                                to);
     const double ms = double(t.nsecsElapsed()) / 1e6;
     if (total == 0)
         std::fprintf(stderr, "merged: the bare sums summed nothing\n");
@@ -92,15 +67,7 @@ int mergedFigure(const QString& dataDir, int runs, const QString& outDir)
     const QDate last(2025, 12, 31);
     for (int i = 0; i < mergedFiles; ++i) {
         paths << QStringLiteral("%1/merged-%2-%3.pkr").arg(dataDir).arg(mergedLines).arg(i);
-        if (fileLines(paths.last()) != mergedLines) {
-            std::fprintf(stderr, "generating %ld lines of file %d...\n", mergedLines, i + 1);
-            generator::GeneratorOptions o;
-            o.lines = mergedLines;
-            o.lastDate = last;
-            o.years = 1;
-            o.seed = 20261201u + unsigned(i);
-            generator::generateLedger(paths.last(), o);
-        }
+        bench::yearLedger(paths.last(), mergedLines, last, 20261201u + unsigned(i), QStringLiteral("file %1").arg(i + 1));
     }
     const QDate from(2025, 1, 1);
     const auto [mine, base] = bench::bestOf(

@@ -84,23 +84,11 @@
 
 using namespace pelkor;
 using bench::bestOf;
+using bench::countLines;
 using bench::medianOfBlocks;
 using bench::printFigure;
 
 namespace {
-
-long countLines(const QString& path)
-{
-    if (!QFileInfo::exists(path))
-        return -1;
-    try {
-        store::Connection cn;
-        cn.open(path);
-        return long(cn.execute(QStringLiteral("SELECT COUNT(id) FROM pelkor")).at(0, 0).toInt());
-    } catch (const store::StoreError&) {
-        return -1;
-    }
-}
 
 struct BareRow {
     std::int64_t id = 0;

@@ -7,7 +7,11 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QStringList>
+
+#include <utility>
 
 // A process test runs a program of the build; where that program was not
 // built (the windows left out of the build), the test is skipped.
@@ -16,6 +20,39 @@
     GTEST_SKIP() << name " is not built"
 
 namespace pelkor::testing {
+
+// The test program run again as a process of its own to carry out one test
+// (the worker of a kill test, which the test kills at any instant): env is
+// added to the environment, windows work offscreen, and the output, both
+// channels, is gathered in out.
+struct TestWorker {
+    QProcess p;
+    QString out;
+    bool start(const QString& test, std::initializer_list<std::pair<QString, QString>> env = {})
+    {
+        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+        for (const auto& [name, value] : env)
+            e.insert(name, value);
+        e.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        p.setProcessEnvironment(e);
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        QStringList args{QStringLiteral("--gtest_filter=") + test};
+        if (test.contains(QLatin1String("DISABLED_")))
+            args << QStringLiteral("--gtest_also_run_disabled_tests");
+        p.start(QCoreApplication::applicationFilePath(), args);
+        return p.waitForStarted(10000);
+    }
+    // Reads until word has come or the worker has ended; whether it came.
+    bool waitFor(const QString& word)
+    {
+        while (!out.contains(word) && p.state() == QProcess::Running) {
+            p.waitForReadyRead(100);
+            out += QString::fromUtf8(p.readAll());
+        }
+        out += QString::fromUtf8(p.readAll());
+        return out.contains(word);
+    }
+};
 
 inline void ensureApplication()
 {

@@ -37,4 +37,14 @@ void centreOn(QWidget& w, const QWidget* owner)
     w.move(r.topLeft());
 }
 
+void showSized(QWidget& w, int width, int height)
+{
+    const QWidget* owner = w.parentWidget();
+    const QScreen* screen = owner ? owner->screen() : QGuiApplication::primaryScreen();
+    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(width, height);
+    w.resize(std::min(width, room.width()), std::min(height, room.height()));
+    centreOn(w, owner);
+    w.show();
+}
+
 } // namespace pelkor

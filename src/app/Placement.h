@@ -13,4 +13,8 @@ namespace pelkor {
 // Moves w (not yet shown, or shown) so that its centre is its owner's.
 void centreOn(QWidget& w, const QWidget* owner);
 
+// A report window's first showing: width by height, or at most nine tenths
+// of its owner's screen, centred on its owner, then shown.
+void showSized(QWidget& w, int width, int height);
+
 } // namespace pelkor

@@ -15,7 +15,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -157,27 +156,17 @@ TEST_F(SessionKillAfterDownload, TheNextStartSaysHowToBringTheStatementAgain)
     const QString settings = query(QStringLiteral("SELECT * FROM Defaults"));
     std::mt19937 rng(20251126);
     for (int point = 0; point < 5; ++point) {
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QString::fromLatin1(sessionFile), file);
-        env.insert(QString::fromLatin1(sessionFeed), feed);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        p.setProcessEnvironment(env);
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=SessionWorker.PairAfterDownload")});
-        ASSERT_TRUE(p.waitForStarted());
-        QString out;
-        while (!out.contains(QStringLiteral("\nsession\n")) && p.state() == QProcess::Running) {
-            p.waitForReadyRead(100);
-            out += QString::fromUtf8(p.readAll());
-        }
-        ASSERT_EQ(p.state(), QProcess::Running) << out.toStdString();
+        TestWorker w;
+        ASSERT_TRUE(w.start(QStringLiteral("SessionWorker.PairAfterDownload"),
+                            {{QString::fromLatin1(sessionFile), file}, {QString::fromLatin1(sessionFeed), feed}}));
+        w.waitFor(QStringLiteral("\nsession\n"));
+        ASSERT_EQ(w.p.state(), QProcess::Running) << w.out.toStdString();
         QThread::msleep(rng() % 400);
-        p.kill();
-        p.waitForFinished();
+        w.p.kill();
+        w.p.waitForFinished();
         ASSERT_EQ(query(QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before) << "at point " << point;
         ASSERT_EQ(query(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name='tempPelkor'")), QStringLiteral("1"))
-            << out.toStdString();
+            << w.out.toStdString();
     }
     start({QStringLiteral("open"), file}, {});
     const QString told = prompts().join(u'\n');
@@ -203,27 +192,18 @@ TEST(SessionKill, AKilledSessionLeavesTheTableOfLinesAsItWas)
     const QString before = queryRows(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id"));
     std::mt19937 rng(20251125);
     for (int point = 0; point < 50; ++point) {
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QString::fromLatin1(sessionFile), file);
-        env.insert(QString::fromLatin1(sessionFeed), feed);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        p.setProcessEnvironment(env);
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=SessionWorker.PairForever")});
-        ASSERT_TRUE(p.waitForStarted());
-        QString out;
+        TestWorker w;
+        ASSERT_TRUE(w.start(QStringLiteral("SessionWorker.PairForever"),
+                            {{QString::fromLatin1(sessionFile), file}, {QString::fromLatin1(sessionFeed), feed}}));
         // Killed sometimes before the session stands, mostly while it works.
         const int delay = int(rng() % 700);
         const bool early = point % 10 == 0;
-        while (!early && !out.contains(QStringLiteral("session")) && p.state() == QProcess::Running) {
-            p.waitForReadyRead(100);
-            out += QString::fromUtf8(p.readAll());
-        }
-        ASSERT_EQ(p.state(), QProcess::Running) << out.toStdString();
+        if (!early)
+            w.waitFor(QStringLiteral("session"));
+        ASSERT_EQ(w.p.state(), QProcess::Running) << w.out.toStdString();
         QThread::msleep(early ? 200 + delay : delay);
-        p.kill();
-        p.waitForFinished();
+        w.p.kill();
+        w.p.waitForFinished();
         ASSERT_EQ(queryRows(file, QStringLiteral("SELECT * FROM pelkor ORDER BY id")), before) << "at point " << point;
     }
     // A session after all those opens over what they left.

@@ -21,7 +21,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -106,27 +105,12 @@ bool tableExists(const QString& file, const QString& table)
         QLatin1String("1");
 }
 
-struct Worker {
-    QProcess p;
-    QString out;
+// A worker swapping the file, killed by itself at SQLite step kill (0: none).
+struct Worker : TestWorker {
     void start(const QString& file, long kill)
     {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QString::fromLatin1(swapFile), file);
-        env.insert(QString::fromLatin1(swapKillAt), QString::number(kill));
-        p.setProcessEnvironment(env);
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=SwapWorker.SwapOnce")});
-        p.waitForStarted();
-    }
-    bool waitFor(const QString& word)
-    {
-        while (!out.contains(word) && p.state() == QProcess::Running) {
-            p.waitForReadyRead(100);
-            out += QString::fromUtf8(p.readAll());
-        }
-        out += QString::fromUtf8(p.readAll());
-        return out.contains(word);
+        TestWorker::start(QStringLiteral("SwapWorker.SwapOnce"),
+                          {{QString::fromLatin1(swapFile), file}, {QString::fromLatin1(swapKillAt), QString::number(kill)}});
     }
 };
 

@@ -93,38 +93,24 @@ TEST_F(MoveKill, EveryLineIsInExactlyOneFileWhereverTheMoveIsKilled)
         ASSERT_TRUE(QFile::copy(pristineSource, source));
         ASSERT_TRUE(QFile::copy(pristineTarget, target));
 
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("PELKOR_KILL_SOURCE"), source);
-        env.insert(QStringLiteral("PELKOR_KILL_TARGET"), target);
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        child.setProcessEnvironment(env);
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--gtest_filter=MoveKill.DISABLED_Child"), QStringLiteral("--gtest_also_run_disabled_tests")});
-        ASSERT_TRUE(child.waitForStarted(10000));
-        QByteArray out;
-        while (!out.contains("moving") && child.state() == QProcess::Running) {
-            child.waitForReadyRead(100);
-            out += child.readAllStandardOutput();
-        }
-        ASSERT_TRUE(out.contains("moving")) << out.constData();
+        TestWorker child;
+        ASSERT_TRUE(child.start(QStringLiteral("MoveKill.DISABLED_Child"), {{QStringLiteral("PELKOR_KILL_SOURCE"), source},
+                                                                           {QStringLiteral("PELKOR_KILL_TARGET"), target}}));
+        ASSERT_TRUE(child.waitFor(QStringLiteral("moving"))) << child.out.toStdString();
         QElapsedTimer t;
         t.start();
         if (round == 0) {
             // The first round runs whole: it measures the move and checks its end.
-            while (!out.contains("moved") && child.state() == QProcess::Running) {
-                child.waitForReadyRead(100);
-                out += child.readAllStandardOutput();
-            }
+            child.waitFor(QStringLiteral("moved"));
             wholeMove = std::max<qint64>(t.elapsed(), 1);
-            child.waitForFinished(30000);
-            ASSERT_EQ(child.exitCode(), 0) << out.constData();
+            child.p.waitForFinished(30000);
+            ASSERT_EQ(child.p.exitCode(), 0) << child.out.toStdString();
         } else {
             const qint64 at = QRandomGenerator::global()->bounded(wholeMove * 6 / 5 + 1);
-            while (t.elapsed() < at && child.state() == QProcess::Running)
-                child.waitForFinished(int(std::max<qint64>(1, at - t.elapsed())));
-            child.kill();
-            child.waitForFinished(10000);
+            while (t.elapsed() < at && child.p.state() == QProcess::Running)
+                child.p.waitForFinished(int(std::max<qint64>(1, at - t.elapsed())));
+            child.p.kill();
+            child.p.waitForFinished(10000);
         }
 
         // The next open of the source.
@@ -152,7 +138,7 @@ TEST_F(MoveKill, EveryLineIsInExactlyOneFileWhereverTheMoveIsKilled)
         if (check.tableExists(QStringLiteral("moveJournal")))
             ASSERT_EQ(check.execute(QStringLiteral("SELECT count(*) FROM moveJournal")).field(0).toInt(), 0);
         if (round == 0)
-            ASSERT_EQ(inTarget.size(), moved) << out.constData();
+            ASSERT_EQ(inTarget.size(), moved) << child.out.toStdString();
     }
     // Kills fell before, inside and after the move.
     std::printf("move of %d lines: %lld ms; after the kills %d untouched, %d moved (%d finished at the open, %d undone)\n",

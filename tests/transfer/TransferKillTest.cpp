@@ -85,35 +85,25 @@ TEST(TransferKill, EveryTransferIsInBothFilesOrNeitherWhereverItIsKilled)
         ASSERT_TRUE(QFile::copy(pristineSource, source));
         ASSERT_TRUE(QFile::copy(pristineDest, dest));
 
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("PELKOR_KILL_SOURCE"), source);
-        env.insert(QStringLiteral("PELKOR_KILL_TARGET"), dest);
-        child.setProcessEnvironment(env);
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--gtest_filter=TransferKill.DISABLED_Child"), QStringLiteral("--gtest_also_run_disabled_tests")});
-        ASSERT_TRUE(child.waitForStarted(10000));
-        QByteArray out;
-        while (!out.contains("transferring") && child.state() == QProcess::Running) {
-            child.waitForReadyRead(100);
-            out += child.readAllStandardOutput();
-        }
-        ASSERT_TRUE(out.contains("transferring")) << out.constData();
+        TestWorker child;
+        ASSERT_TRUE(child.start(QStringLiteral("TransferKill.DISABLED_Child"), {{QStringLiteral("PELKOR_KILL_SOURCE"), source},
+                                                                               {QStringLiteral("PELKOR_KILL_TARGET"), dest}}));
+        ASSERT_TRUE(child.waitFor(QStringLiteral("transferring"))) << child.out.toStdString();
         QElapsedTimer t;
         t.start();
         if (round == 0) {
             // The first round runs whole: it measures the run and checks its end.
-            child.waitForFinished(120000);
-            out += child.readAllStandardOutput();
+            child.p.waitForFinished(120000);
+            child.out += QString::fromUtf8(child.p.readAll());
             whole = std::max<qint64>(t.elapsed(), 1);
-            ASSERT_EQ(child.exitCode(), 0) << out.constData();
-            ASSERT_TRUE(out.contains("transferred")) << out.constData();
+            ASSERT_EQ(child.p.exitCode(), 0) << child.out.toStdString();
+            ASSERT_TRUE(child.out.contains(QStringLiteral("transferred"))) << child.out.toStdString();
         } else {
             const qint64 at = QRandomGenerator::global()->bounded(whole * 11 / 10 + 1);
-            while (t.elapsed() < at && child.state() == QProcess::Running)
-                child.waitForFinished(int(std::max<qint64>(1, at - t.elapsed())));
-            child.kill();
-            child.waitForFinished(10000);
+            while (t.elapsed() < at && child.p.state() == QProcess::Running)
+                child.p.waitForFinished(int(std::max<qint64>(1, at - t.elapsed())));
+            child.p.kill();
+            child.p.waitForFinished(10000);
         }
 
         // The next open of the source.

@@ -13,7 +13,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDir>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,7 +20,6 @@
 #include <QLocale>
 #include <QPrintPreviewDialog>
 #include <QPushButton>
-#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -180,11 +178,7 @@ frmBankReportMainView::frmBankReportMainView(reports::BankReportParts parts, QWi
     connect(txtTo_, &QLineEdit::textEdited, this, [this](const QString& t) { logic_->txtTo_Change(t); });
     connect(txtTo_, &QLineEdit::returnPressed, this, [this] { logic_->clickControl(QStringLiteral("cmdShow")); });
 
-    const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
-    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(1200, 760);
-    resize(std::min(1200, room.width()), std::min(760, room.height()));
-    centreOn(*this, parentWidget());
-    show();
+    showSized(*this, 1200, 760);
     logic_->guarded(QStringLiteral("Form_Load"), [this] { logic_->Form_Load(); });
 }
 

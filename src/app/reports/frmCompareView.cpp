@@ -12,7 +12,6 @@
 #include <QCloseEvent>
 #include <QFontMetrics>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,7 +19,6 @@
 #include <QPrintPreviewDialog>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QVBoxLayout>
 
 namespace pelkor {
@@ -194,11 +192,7 @@ frmCompareView::frmCompareView(reports::ReportParts parts, QWidget* parent) : QW
     });
     connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
 
-    const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
-    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(1200, 720);
-    resize(std::min(1200, room.width()), std::min(720, room.height()));
-    centreOn(*this, parentWidget());
-    show();
+    showSized(*this, 1200, 720);
     logic_->guarded(QStringLiteral("Form_Load"), [this] { logic_->Form_Load(); });
 }
 

@@ -25,7 +25,6 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QWebEnginePage>
@@ -133,14 +132,9 @@ frmMonthReportMainView::frmMonthReportMainView(reports::ReportParts parts, repor
     connect(txtFrom_, &QLineEdit::textEdited, this, [this](const QString& t) { logic_->txtFrom_Change(t); });
     connect(txtTo_, &QLineEdit::textEdited, this, [this](const QString& t) { logic_->txtTo_Change(t); });
 
-    // At most nine tenths of the screen, centred on its owner.
-    const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
-    const QSize room = screen ? screen->availableGeometry().size() * 9 / 10 : QSize(1100, 640);
-    resize(std::min(1100, room.width()), std::min(640, room.height()));
-    centreOn(*this, parentWidget());
     // Seen from the start: the pages load in a window the engine knows is
     // shown, and the pointer waits until the logic has built them.
-    show();
+    showSized(*this, 1100, 640);
     logic_->guarded(QStringLiteral("Form_Load"), [this] { logic_->Form_Load(); });
 }
 
